@@ -1,0 +1,33 @@
+// Names that many headers of the runtime use and few need whole.
+
+#pragma once
+
+#include <cstdint>
+
+namespace Vyx {
+
+// Unique within a type and its bases. An entity's own attributes count from 2 in its class's block of 128.
+using AttributeId = std::int32_t;
+
+class Activity;
+class ActivityConfig;
+class Entity;
+class GenericIf;
+class PtrInterface;
+class VyxAttr;
+class VyxType;
+template <class T> class Ptr;
+
+namespace NboAttrLog {
+class In;
+class Out;
+} // namespace NboAttrLog
+
+// Ids that every entity has.
+inline constexpr AttributeId kFwkKeyId = 0;
+inline constexpr AttributeId kZeroReferencesId = 5;
+inline constexpr AttributeId kIsNondestructingId = 6;
+inline constexpr AttributeId kNoParentAttributeId = 136;
+inline constexpr AttributeId kHasAttrLogInterfaceId = 154;
+
+} // namespace Vyx

@@ -1,0 +1,53 @@
+#include "Vyx/HashMapGeneric.h"
+
+#include <new>
+
+namespace Vyx {
+
+HashMapGeneric::HashMapGeneric(unsigned) {}
+
+HashMapGeneric::~HashMapGeneric() { arrayIs(&first_, 1); }
+
+PtrInterface* HashMapGeneric::findNextG(VTable const& table, std::size_t link, int,
+                                        PtrInterface const* member, int* bucket, void const* key) const {
+  int index = -1;
+  PtrInterface* found = nullptr;
+  if (member) {
+    std::uint32_t const reversed = table.hash(member);
+    found = seek(link, reversed, &index, [&](PtrInterface const* at) {
+      std::uint32_t const other = table.hash(at);
+      return reversed < other || (reversed == other && table.keyLessThan(key, at));
+    });
+  } else {
+    found = findNextBucketG(&index);
+  }
+  if (bucket) *bucket = index;
+  return found;
+}
+
+void HashMapGeneric::emptyAllBucketsG(VTable const&, std::size_t link, int) {
+  if (count_ == 0) return;
+  ++version_;
+  count_ = 0;
+  for (std::uint32_t i = 0; i < buckets_; ++i)
+    for (Head chain = std::move(bucketArray_[i]); chain;) {
+      Head rest = std::move(linkOf(chain.ptr(), link));
+      chain = std::move(rest);
+    }
+}
+
+HashMapGeneric::Head* HashMapGeneric::newArray(std::uint32_t buckets) {
+  auto* const array = static_cast<Head*>(::operator new(buckets * sizeof(Head)));
+  for (std::uint32_t i = 0; i < buckets; ++i) new (&array[i]) Head();
+  return array;
+}
+
+// REQUIRES: the heads of the array that goes are null.
+void HashMapGeneric::arrayIs(Head* array, std::uint32_t buckets) {
+  Head* const old = std::exchange(bucketArray_, array);
+  buckets_ = buckets;
+  shift_ = 32 - static_cast<std::uint32_t>(__builtin_ctz(buckets));
+  if (old != &first_) ::operator delete(static_cast<void*>(old));
+}
+
+} // namespace Vyx

@@ -1,0 +1,84 @@
+#include "Vyx/String8.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <new>
+#include <ostream>
+#include <stdexcept>
+
+namespace Vyx {
+
+namespace {
+
+// FNV-1a, then a finishing mix, since the tables take their bucket from the low bits. Not to be changed: the
+// order of walks follows it.
+std::uint32_t hashOf(std::string_view text) {
+  std::uint32_t h = 2166136261U;
+  for (unsigned char c : text) h = (h ^ c) * 16777619U;
+  h ^= h >> 16;
+  h *= 0x85ebca6bU;
+  return h ^ (h >> 13);
+}
+
+} // namespace
+
+template <class C> typename StringN<C>::Data* StringN<C>::Data::make(std::string_view text) {
+  if (text.size() > 0xffffffffU - 64) throw std::length_error("Vyx::StringN: text too long");
+  void* place = ::operator new(sizeof(Data) + text.size() + 1);
+  auto* data = ::new (place) Data(static_cast<std::uint32_t>(text.size()), hashOf(text));
+  char* chars = reinterpret_cast<char*>(data + 1);
+  std::memcpy(chars, text.data(), text.size());
+  chars[text.size()] = '\0';
+  return data;
+}
+
+template <class C> void StringN<C>::Data::rewrite(std::string_view front, std::string_view back) {
+  char* const chars = reinterpret_cast<char*>(this + 1);
+  std::memcpy(chars, front.data(), front.size());
+  std::memcpy(chars + front.size(), back.data(), back.size());
+  length_ = static_cast<std::uint32_t>(front.size() + back.size());
+  chars[length_] = '\0';
+  hash_ = hashOf(view());
+}
+
+template class StringN<unsigned char>;
+
+String8 const& TextBuffer::joined(std::string_view front, std::string_view back) {
+  std::size_t const length = front.size() + back.size();
+  if (length == 0) return text_ = {};
+  if (!text_.data_ || !text_.data_->isSole() || room_ < length) {
+    text_ = String8(std::string(front).append(back));
+    room_ = length;
+  } else {
+    text_.data_->rewrite(front, back);
+  }
+  return text_;
+}
+
+String8 operator+(String8 const& a, String8 const& b) {
+  if (a.empty()) return b;
+  if (b.empty()) return a;
+  std::string joined;
+  joined.reserve(a.length() + b.length());
+  joined.append(a.view()).append(b.view());
+  return String8(joined);
+}
+
+std::ostream& operator<<(std::ostream& out, StringN<unsigned char> const& text) {
+  return out.write(text.charPtr(), static_cast<std::streamsize>(text.length()));
+}
+
+String8 format(char const* form, ...) {
+  va_list arguments;
+  va_start(arguments, form);
+  va_list again;
+  va_copy(again, arguments);
+  int length = std::vsnprintf(nullptr, 0, form, arguments);
+  va_end(arguments);
+  std::string text(length > 0 ? static_cast<std::size_t>(length) : 0, '\0');
+  std::vsnprintf(text.data(), text.size() + 1, form, again);
+  va_end(again);
+  return String8(text);
+}
+
+} // namespace Vyx

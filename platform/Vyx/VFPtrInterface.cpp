@@ -1,0 +1,7 @@
+#include "Vyx/VFPtrInterface.h"
+
+namespace Vyx {
+
+bool VFPtrInterface::enableThreadSafePointers = false;
+
+} // namespace Vyx

@@ -1,0 +1,27 @@
+// The model runtime, all of it.
+
+#pragma once
+
+#include "Vyx/Assert.h"
+#include "Vyx/BitSet.h"
+#include "Vyx/Entity.h"
+#include "Vyx/EntityStrep.h"
+#include "Vyx/Exception.h"
+#include "Vyx/GenericIf.h"
+#include "Vyx/GenericIfEntity.h"
+#include "Vyx/HashMap.h"
+#include "Vyx/IntrospectionReactor.h"
+#include "Vyx/LinkQueue.h"
+#include "Vyx/ListRaw.h"
+#include "Vyx/Ptr.h"
+#include "Vyx/RbTreeMap.h"
+#include "Vyx/ReactorSnapshot.h"
+#include "Vyx/SnapshotIterator.h"
+#include "Vyx/StreamAdapter.h"
+#include "Vyx/Strep.h"
+#include "Vyx/String8.h"
+#include "Vyx/Trace.h"
+#include "Vyx/ValidPtr.h"
+#include "Vyx/ValueGenericIf.h"
+#include "Vyx/ValueType.h"
+#include "Vyx/VyxType.h"

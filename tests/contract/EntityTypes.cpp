@@ -1,0 +1,70 @@
+// The entity types that keep the contract: one line each.
+
+#include "Cli/Session.h"
+#include "EntityContract.inl"
+#include "Pbr/Pbr.h"
+#include "Pbr/PbrCopy.h"
+#include "PolicyMap/PolicyMap.h"
+#include "PolicyMap/PolicyMapCopy.h"
+
+namespace contract {
+
+// clang-format off
+using EntityTypes = testing::Types<
+    Pbr::PbrFwdAction,
+    Pbr::PbrActionSetDscp,
+    Pbr::PbrActionContainer,
+    Pbr::Config,
+    Pbr::ConfigCopyHandler,
+    Pbr::ConfigCopyHandlerDir,
+    Pbr::PolicyMapCopyHandler,
+    PolicyMap::Action,
+    PolicyMap::ClassMapSubConfig,
+    PolicyMap::ClassMapConfig,
+    PolicyMap::ClassMapTypeConfig,
+    PolicyMap::ClassAction,
+    PolicyMap::PolicyMapSubConfig,
+    PolicyMap::PolicyMapConfig,
+    PolicyMap::PolicyMapTypeConfig,
+    PolicyMap::ClassMapComparer,
+    PolicyMap::PolicyMapCopyHandler,
+    Cli::Session::AttributeFilter,
+    Cli::Session::CopiedEntities,
+    Cli::Session::EntityCopyHandler,
+    Cli::Session::EntityCopyGlobalSessionHandler,
+    Cli::Session::EntityCopyCustomHandler,
+    Cli::Session::EntityCopyCustomHandlerTable,
+    Cli::Session::EntityCopy>;
+// clang-format on
+
+// The type's own name, as a test may be called.
+struct TypeName {
+  template <class X> static std::string GetName(int) {
+    std::string name(X::_fwkType()->fullTypeName().view());
+    std::replace(name.begin(), name.end(), ':', '_');
+    return name;
+  }
+};
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Model, EntityContract, EntityTypes, TypeName);
+
+// The suite itself: a contract that finds nothing to vary would hold of anything.
+class ContractOfConfig : public EntityContract<Pbr::Config> {};
+
+TEST_F(ContractOfConfig, VariesEverySwitch) {
+  Heard found;
+  for (Vyx::VyxType::AttributeQIteratorConst at(*Pbr::Config::_fwkType()); at; ++at)
+    if (isScalar(*at)) found.note(at->name().charPtr());
+  EXPECT_EQ("isNondestructing pbrUnresolvedNexthopActionDrop bgpPbrRedirect pbrEnableNonAgingMacAddr",
+            found.take());
+}
+
+TEST_F(ContractOfConfig, CountsEachEntryOnce) {
+  entity->bgpPbrRedirectIs(true);
+  EXPECT_EQ(1U, reactor->take());
+  entity->pbrActionsDel();
+  entity->cmapTypeDel();
+  EXPECT_EQ(2U, reactor->take());
+}
+
+} // namespace contract

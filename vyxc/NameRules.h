@@ -1,0 +1,16 @@
+// Which names a schema may not use, because its generated code could not.
+
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace vyxc {
+
+// RETURNS why `name` is refused, empty if it is not.
+std::string refusedName(std::string_view name);
+
+// RETURNS whether every entity has an attribute or operation of that name from Vyx::Entity.
+bool isNameOfRoot(std::string_view name);
+
+} // namespace vyxc
