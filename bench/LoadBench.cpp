@@ -71,7 +71,9 @@ void readJson(benchmark::State& state) {
 } // namespace Bench
 
 int main(int argc, char** argv) {
-  for (auto const& [name, run] : {std::pair("pbr-map/reader", Bench::readMaps), {"pbr-map/nlohmann json", Bench::readJson}})
+  using Scenario = void (*)(benchmark::State&);
+  for (auto const& [name, run] : {std::pair<char const*, Scenario>{"pbr-map/reader", Bench::readMaps},
+                                  {"pbr-map/nlohmann json", Bench::readJson}})
     benchmark::RegisterBenchmark(name, run)
         ->UseManualTime()
         ->Unit(benchmark::kMillisecond)
