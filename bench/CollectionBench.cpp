@@ -1,5 +1,5 @@
-// Keyed collections of an entity against the containers that a user would take instead, for 8-byte identifiers
-// and 20-byte addresses.
+// Keyed collections of an entity against the containers that a user would take instead, for 8-byte
+// identifiers and 20-byte addresses.
 //
 // Each store has the same interface: `insert` an absent key with a value, `find` a value, `sum` all values by
 // a walk, `eraseAll` by a walk. A scenario measures many stores of n members each, so that a small one is
@@ -164,7 +164,8 @@ private:
 enum class Age { young, old };
 
 // What the members of all stores ask the allocator for.
-template <class K> constexpr std::initializer_list<std::size_t> kMemberSizes = {sizeof(K) + 32, sizeof(K) + 48};
+template <class K>
+constexpr std::initializer_list<std::size_t> kMemberSizes = {sizeof(K) + 32, sizeof(K) + 48};
 
 // The scenarios. Only what `timed` encloses is measured.
 

@@ -30,9 +30,9 @@ plain::Id word(Kest::UniqueId const& id) {
 
 // Ten networks of addresses.
 Lomu::IpGenAddr address(std::uint32_t network, std::uint32_t host) {
-  unsigned char const bytes[Lomu::Ip6Addr::kBytes] = {
-      10, static_cast<unsigned char>(network), static_cast<unsigned char>(host >> 8),
-      static_cast<unsigned char>(host)};
+  unsigned char const bytes[Lomu::Ip6Addr::kBytes] = {10, static_cast<unsigned char>(network),
+                                                      static_cast<unsigned char>(host >> 8),
+                                                      static_cast<unsigned char>(host)};
   return {4, Lomu::Ip6Addr(bytes)};
 }
 
@@ -57,7 +57,9 @@ constexpr unsigned sequence(unsigned which) { return 10 * (which + 1); }
 
 } // namespace
 
-Kest::UniqueId actionId(std::uint32_t policyMap, std::uint32_t which) { return mapId(2 * policyMap + which, 3); }
+Kest::UniqueId actionId(std::uint32_t policyMap, std::uint32_t which) {
+  return mapId(2 * policyMap + which, 3);
+}
 
 Vyx::Ptr<Pbr::Config> modelOf(std::uint32_t n) {
   auto const config = Pbr::configFactory("bench");
@@ -77,11 +79,12 @@ Vyx::Ptr<Pbr::Config> modelOf(std::uint32_t n) {
   for (std::uint32_t i = 0; i < n; ++i) {
     auto const pmap = config->pmapType()->pmapIs(policyName(i));
     auto const content = pmap->subconfigIs(mapId(i, 2));
+    Vyx::Name const group = groupName(i);
     for (unsigned which : {0, 1}) {
-      std::string const name = className(classOf(i, which, n));
+      Vyx::Name const name = className(classOf(i, which, n));
       auto const action = config->pbrActions()->fwdActionIs(name, actionId(i, which), Pbr::nexthopAction);
       for (unsigned hop : {0, 1}) action->nexthopIs(nexthop(i, which, hop), true);
-      action->nexthopGroupIs(groupName(i));
+      action->nexthopGroupIs(group);
       auto const classAction = content->classActionIs(name);
       classAction->sequenceIs(sequence(which));
       classAction->policyActionIs(action);

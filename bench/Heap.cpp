@@ -13,8 +13,8 @@ namespace {
 
 std::uint64_t counted = 0;
 
-// Large blocks come from the heap, too, and stay with the process: the cost of fresh pages is the system's, and
-// would hide what is measured.
+// Large blocks come from the heap, too, and stay with the process: the cost of fresh pages is the system's,
+// and would hide what is measured.
 bool const keepsPages = [] {
   mallopt(M_MMAP_THRESHOLD, 1 << 30);
   mallopt(M_TRIM_THRESHOLD, 1 << 30);

@@ -1,5 +1,5 @@
-// A file of `pbr-map` sequences, 500 a map, read into a tree: from the bytes in memory to the built tree. Beside
-// it, a JSON library reads a file of the same content into its own tree, checking and telling nothing.
+// A file of `pbr-map` sequences, 500 a map, read into a tree: from the bytes in memory to the built tree.
+// Beside it, a JSON library reads a file of the same content into its own tree, checking and telling nothing.
 
 #include "Processor.h"
 

@@ -44,7 +44,8 @@ void plainTree(benchmark::State& state) {
   bytesOf(state, kPolicyMaps, [] { return std::make_unique<plain::Configuration>(plainOf(kPolicyMaps)); });
 }
 void messageTree(benchmark::State& state) {
-  bytesOf(state, kPolicyMaps, [] { return std::make_unique<bench_pb::Configuration>(messageOf(kPolicyMaps)); });
+  bytesOf(state, kPolicyMaps,
+          [] { return std::make_unique<bench_pb::Configuration>(messageOf(kPolicyMaps)); });
 }
 
 class GaugeWatch final : public Gauge::Notifiee {};

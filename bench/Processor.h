@@ -1,4 +1,5 @@
-// Measuring a piece of an iteration by what the thread has used of the processor: others may wait for it, too.
+// Measuring a piece of an iteration by what the thread has used of the processor: others may wait for it,
+// too.
 
 #pragma once
 

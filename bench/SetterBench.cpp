@@ -1,8 +1,8 @@
 // A setter and its round: one entity with n observers against what a user would take instead.
 //
-// Each subject has the same interface: made for n observers, `set` stores a value that differs and tells them.
-// The observers are of four classes in turn, each adds to a sum. Run with --threads, the process has a second,
-// idle thread, and all counts are locked operations.
+// Each subject has the same interface: made for n observers, `set` stores a value that differs and tells
+// them. The observers are of four classes in turn, each adds to a sum. Run with --threads, the process has a
+// second, idle thread, and all counts are locked operations.
 
 #include "Bench/Bench.h"
 #include "Heap.h"

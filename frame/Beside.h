@@ -6,8 +6,9 @@
 
 namespace frame {
 
-// Asked for the keys of another collection in the order of a walk over that one. Equal collections walk alike, so
-// the member asked for is usually the next one; only else it is looked up. The collection may change meanwhile.
+// Asked for the keys of another collection in the order of a walk over that one. Equal collections walk
+// alike, so the member asked for is usually the next one; only else it is looked up. The collection may
+// change meanwhile.
 template <class Map> class Beside {
 public:
   using Member = typename Map::Member;
