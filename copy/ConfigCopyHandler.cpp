@@ -74,7 +74,8 @@ private:
 
   void leavingClassMaps() {
     auto const to = dest_->cmapType();
-    frame::Beside models(ClassMapTypeConfig::VyxAttrCmap::field(*src_->cmapType()));
+    auto const from = src_->cmapType();
+    frame::Beside models(ClassMapTypeConfig::VyxAttrCmap::field(*from));
     for (auto at = to->cmapIterator(); at; ++at) {
       if (!leaves(*at, models.find(at.key()))) continue;
       to->cmapDel(at);
@@ -98,7 +99,8 @@ private:
 
   void leavingPolicyMaps() {
     auto const to = dest_->pmapType();
-    frame::Beside models(PolicyMapTypeConfig::VyxAttrPmap::field(*src_->pmapType()));
+    auto const from = src_->pmapType();
+    frame::Beside models(PolicyMapTypeConfig::VyxAttrPmap::field(*from));
     for (auto at = to->pmapIterator(); at; ++at) {
       if (!leaves(*at, models.find(at.key()))) continue;
       for (auto sub = at->subconfigIterator(); sub; ++sub) deleteSubConfigActions(dest_, sub.member());

@@ -5,8 +5,7 @@
 //
 //   static constexpr char const* name = "recursive";
 //   static auto& field(auto& of) { return of.recursive_; }             (what is stored)
-//   static void tell(NotifieeConst& r) { r.onRecursive(); }            (the reactor's entry; keyed: with the
-//   key)
+//   static void tell(auto& reactor) { reactor.onRecursive(); }         (its entry; keyed: with the key)
 //
 // Everything that the attribute does is then a function template of this folder, called with that class.
 
@@ -35,11 +34,12 @@ template <class X, class T, Vyx::AttributeId Id> struct Constant : AttributeOf<X
 template <class X, class T, Vyx::AttributeId Id> struct Scalar : AttributeOf<X, T, Id> {};
 // A counted pointer to an entity held elsewhere.
 template <class X, class T, Vyx::AttributeId Id> struct Reference : AttributeOf<X, Vyx::Ptr<T>, Id> {};
-// A reference that always points at a member of the owner's own collection `In`, or is null.
+// A reference that is meant for a member of the owner's own collection `In`. Nothing checks it; a copy makes
+// it the destination's member of the same key.
 template <class X, class T, class InAttr, Vyx::AttributeId Id> struct OwnReference : Reference<X, T, Id> {
   using In = InAttr;
 };
-// An owned single child; Arguments are the types of its constructor parameters.
+// An owned single child. The attribute's `like(owner, child)` makes one with the same constructor values.
 template <class X, class T, Vyx::AttributeId Id> struct Child : AttributeOf<X, Vyx::Ptr<T>, Id> {
   using ChildType = T;
 };

@@ -8,7 +8,7 @@ namespace frame {
 
 // Asked for the keys of another collection in the order of a walk over that one. Equal collections walk
 // alike, so the member asked for is usually the next one; only else it is looked up. The collection may
-// change meanwhile.
+// change meanwhile. REQUIRES: it outlives this object.
 template <class Map> class Beside {
 public:
   using Member = typename Map::Member;

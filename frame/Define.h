@@ -110,7 +110,7 @@ void defineAttr(Definition& type, Queue<X, V, R, I> const*) {
              Introspection::isIndependentDomainAttr_(), I, &opsInstance<QueueOps<Attr>>());
 }
 
-// The record says "hashed" where the key is an identifier; members with other keys stand in their own order.
+// The record says "hashed" where the key is a Kest::UniqueId, whatever the collection.
 template <class Attr, class X, class K, class T, Vyx::AttributeId I>
 void defineAttr(Definition& type, ChildCollection<X, K, T, I> const*) {
   type.withArguments(Attr::name, Vyx::typeOf<Vyx::Ptr<T>>(), flags::childCollection, parameterList<T>(),

@@ -21,6 +21,7 @@ public:
   }
 };
 
+// REQUIRES: the entity outlives the iterator.
 template <class Map>
 using IteratorConst = MemberIterator<typename Map::IteratorConst, typename Map::Member const>;
 

@@ -34,14 +34,16 @@ Vyx::Ptr<typename Attr::ChildType> newChild(typename Attr::Owner& of, Arguments 
 }
 
 // RETURNS the child, never null: the one that is there when it was made with these values, else a new one in
-// its place. The old child loses its parent before the new one is stored. NOTIFIES: onA(), when the child is
-// a new one.
+// its place. The old child loses its parent before the new one is stored.
+// THROWS: what the child's constructor throws; the old child then stays, without a parent.
+// NOTIFIES: onA(), when the child is a new one.
 template <class Attr, class... Arguments>
 Vyx::Ptr<typename Attr::ChildType> childIs(typename Attr::Owner& of, Arguments const&... arguments) {
   auto& stored = Attr::field(of);
   if (stored) {
     if (hasParameters(*stored, arguments...)) return stored;
-    stored->parentIs(nullptr);
+    Vyx::Ptr<typename Attr::ChildType> const leaving = stored;
+    leaving->parentIs(nullptr);
   }
   Vyx::Ptr<typename Attr::ChildType> child = newChild<Attr>(of, arguments...);
   stored = child;

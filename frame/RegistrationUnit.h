@@ -2,11 +2,9 @@
 //
 // Invariants:
 // (1) A record exists from the first call of its type's `_fwkType()`; its attributes come when the unit runs:
-// at
-//     load, or at the first use before that.
+//     at load, or at the first use before that.
 // (2) A unit runs once. It runs only while the introspection reactor is ready, and tries again when asked
-// until
-//     it was.
+//     until it was.
 
 #pragma once
 

@@ -6,7 +6,7 @@
 
 namespace frame {
 
-// `Record` is the record's class, `Base` the base type or void. `made` counts how often one was made: once.
+// `Record` is the record's class, `Base` the base type or void.
 template <class Record, class Base> class TypeRecord {
 public:
   // RETURNS the one record, made by the first call. The unit is asked first, so that the record of a type

@@ -4,8 +4,7 @@
 // (1) The same names give the same identifier in every process, on every machine: two loads of one text give
 //     equal trees, and a copy between them changes nothing.
 // (2) What can't change in place is part of the identifier, so that such a change makes another entity: the
-// kind
-//     of a forwarding action, the code point of a marking one.
+//     kind of a forwarding action, the code point of a marking one.
 
 #pragma once
 

@@ -57,9 +57,11 @@ private:
 } // namespace
 
 // RETURNS whether anything was written. `path` names the place for handlers and traces; the copy of
-// attributes doesn't need it. Entities of different lines have no attribute in common.
+// attributes doesn't need it. Entities of different lines have no attribute in common, and neither has a null
+// one.
 bool EntityCopy::doCopyEntityAttrs(Vyx::Ptr<Vyx::Entity> const& dest, Vyx::Ptr<Vyx::Entity const> const& src,
                                    Vyx::String8, Vyx::Ptr<AttributeFilter const> const& filter) {
+  if (!dest || !src) return false;
   bool const changed = Descent(*this, filter.ptr()).copyAttributes(*dest, *src);
   if (changed) changesIs(changes() + 1);
   return changed;
@@ -68,6 +70,7 @@ bool EntityCopy::doCopyEntityAttrs(Vyx::Ptr<Vyx::Entity> const& dest, Vyx::Ptr<V
 // The same, but for an entity whose type has a handler: that one copies it.
 bool EntityCopy::copyEntity(Vyx::Ptr<Vyx::Entity> const& dest, Vyx::Ptr<Vyx::Entity const> const& src,
                             Vyx::String8 path, Vyx::Ptr<AttributeFilter const> const& filter) {
+  if (!dest || !src) return false;
   if (auto const handler = handlerOf(handlerTable().ptr(), *src))
     return handler->handleEntity(this, dest, src, path);
   return doCopyEntityAttrs(dest, src, path, filter);

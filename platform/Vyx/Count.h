@@ -25,4 +25,12 @@ namespace Vyx {
   return --word;
 }
 
+// Sets or clears bits of a counted word. RETURNS the word after the change.
+inline std::uint32_t countBitsIs(std::uint32_t& word, std::uint32_t bits, bool on) {
+  if (VFPtrInterface::enableThreadSafePointers)
+    return on ? __atomic_or_fetch(&word, bits, __ATOMIC_ACQ_REL)
+              : __atomic_and_fetch(&word, ~bits, __ATOMIC_ACQ_REL);
+  return word = on ? word | bits : word & ~bits;
+}
+
 } // namespace Vyx

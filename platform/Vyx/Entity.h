@@ -2,8 +2,7 @@
 //
 // Invariants:
 // (1) A child's parent holds the child, never the other way round: `parent()` is a plain pointer, cleared
-// when
-//     the child leaves or the parent ends.
+//     when the child leaves or the parent ends.
 // (2) `parentAttrId()` is set before the parent, so that nobody sees a child in an unknown place.
 
 #pragma once
@@ -81,7 +80,8 @@ public:
 
   bool isRegisteredNotifiee() const { return isRegistered_; }
   bool isWeakReference() const { return isWeak_; }
-  // A weak reactor doesn't keep its notifier alive: when the notifier ends, the reactor is unattached.
+  // A weak reactor doesn't keep its notifier alive: when the notifier ends, a linked one is unattached.
+  // REQUIRES: one that is unregistered or a zombie gets another notifier, or none, before that.
   void isWeakReferenceIs(bool weak);
 
   // Brings on or ends the life in the shadow: a zombie is in no list, hears nothing, and its end doesn't

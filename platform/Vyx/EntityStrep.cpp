@@ -59,16 +59,23 @@ private:
   }
 
   Ptr<Entity> below(Ptr<Entity> const& parent) {
-    VyxType const& type = *parent->fwkType();
+    VyxType const* const type = parent->fwkType();
+    Ptr<GenericIf> const self = type ? type->genericIf(parent) : Ptr<GenericIf>();
     std::string const name = take();
-    VyxAttr const* const attr = type.attr(Name(name));
-    if (!attr || !attr->ops()) refuse(std::string(type.fullTypeName().view()) + " has no attribute " + name);
+    if (!self) refuse("no entity stands at " + name);
+    VyxAttr const* const attr = type->attr(Name(name));
+    if (!attr || !leadsOn(*attr))
+      refuse(std::string(type->fullTypeName().view()) + " has no attribute " + name);
     Ptr<GenericIf const> const key = keyOf(*attr);
-    Ptr<GenericIf> const found =
-        type.genericIf(parent)->attributeOp({attr->id(), GenericIf::AttributeOp::read}, key, {});
+    Ptr<GenericIf> const found = self->attributeOp({attr->id(), GenericIf::AttributeOp::read}, key, {});
     auto const* const entity = dynamic_cast<GenericIfEntity const*>(found.ptr());
     if (!entity) refuse("no entity stands at " + name);
     return entity->entity();
+  }
+
+  // Whether an entity can stand at the attribute: functions have no place in a path.
+  static bool leadsOn(VyxAttr const& attr) {
+    return attr.ops() && !(attr.introspection() == VyxAttr::VyxAttrIntrospectionFlags::isFunction_());
   }
 
   // Null for an attribute that has none.

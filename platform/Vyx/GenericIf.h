@@ -4,9 +4,9 @@
 // Invariants:
 // (1) An operation checks in this order: that the instance may be modified, that the attribute takes an
 // index,
-//     that it has the operation, that a value is there, that the value is of the type; then it calls the
-//     object's own setter.
-// (2) A failure leaves by an exception and the object as it was.
+//     that it has the operation, that a value is there, that the value is of the type; then it changes the
+//     object as its setter does.
+// (2) A failure leaves by an exception and the object as it was, but for a value that stores before it tests.
 
 #pragma once
 
@@ -165,7 +165,7 @@ private:
   std::vector<Entry> entries_;
 };
 
-// How reflection and copy reach one attribute. One stateless object for each attribute.
+// How the copy of an attribute goes on into the children that it meets.
 class EntityCopier {
 public:
   // RETURNS whether the destination changed.
@@ -175,6 +175,7 @@ protected:
   ~EntityCopier() = default;
 };
 
+// How reflection and copy reach one attribute. One stateless object for each attribute.
 class AttributeOps {
 public:
   // REQUIRES: the instance may be modified if the code modifies.

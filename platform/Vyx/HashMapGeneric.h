@@ -3,9 +3,8 @@
 //
 // Invariants:
 // (1) A bucket holds the members whose reversed hash has the bucket's index in its top bits. Each chain
-// ascends
-//     by reversed hash, then by key. So a walk through the buckets ascends by (reversed hash, key), whatever
-//     the number of buckets.
+//     ascends by reversed hash, then by key. So a walk through the buckets ascends by (reversed hash, key),
+//     whatever the number of buckets.
 // (2) A member is held by exactly one counted pointer, the bucket head or the link of the member before it.
 // (3) The number of buckets is a power of two and never falls; `buckets_` is never null.
 // (4) `version_` rises with each insertion and each removal.

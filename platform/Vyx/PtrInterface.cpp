@@ -6,21 +6,15 @@ namespace Vyx {
 
 PtrInterface::~PtrInterface() = default;
 
-void PtrInterface::hasNotificationActiveIs(bool active) {
-  word_ = active ? word_ | kNotificationActive : word_ & ~kNotificationActive;
-}
+void PtrInterface::hasNotificationActiveIs(bool active) { countBitsIs(word_, kNotificationActive, active); }
 
 void PtrInterface::vyxAuditErrors(unsigned depth) const { auditErrors(depth); }
 
 void PtrInterface::auditErrors(unsigned) const {}
 
 void PtrInterface::isNondestructingIs(bool value) {
-  if (value) {
-    word_ |= kNondestructing;
-    return;
-  }
-  word_ &= ~kNondestructing;
-  if ((word_ & kZeroMask) == 0) handleZeroRef();
+  std::uint32_t const word = countBitsIs(word_, kNondestructing, value);
+  if ((word & kZeroMask) == 0) handleZeroRef();
 }
 
 void PtrInterface::zeroReferencesIs(bool) {}
@@ -28,7 +22,7 @@ void PtrInterface::zeroReferencesIs(bool) {}
 VyxType const* PtrInterface::fwkType() const { return nullptr; }
 
 void PtrInterface::vyxMarkedForDeletionIs(bool marked) const {
-  word_ = marked ? word_ | kMarkedForDeletion : word_ & ~kMarkedForDeletion;
+  countBitsIs(word_, kMarkedForDeletion, marked);
 }
 
 void PtrInterface::handleZeroRef() const {

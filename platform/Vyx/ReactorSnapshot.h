@@ -1,7 +1,7 @@
 // The reactors that a notification round calls: those that were in the list when it began, each held until it
 // has been called.
 //
-// The hold is taken only when it matters. While nobody touches the list and no reactor loses its last holder,
+// The hold is taken only when it matters. While nobody touches the list and no counted object ends,
 // walking the list itself is the same as walking a copy of it; the moment before either happens, every
 // running round takes its holds (holdAll). So a quiet round counts nothing and allocates nothing, and a round
 // in which something happens is a true snapshot. Up to 16 held reactors stand in the round itself.

@@ -147,7 +147,8 @@ public:
 // Composes texts one after another in the same storage, which it gives up for a new one where it must.
 class TextBuffer {
 public:
-  // RETURNS the two pieces as one text. Who copies the handle keeps the text as it is.
+  // RETURNS the two pieces as one text. Who copies the handle keeps the text as it is; without a copy, text
+  // and bytes hold until the next call. REQUIRES: no piece lies in the last result.
   String8 const& joined(std::string_view front, std::string_view back);
 
 private:

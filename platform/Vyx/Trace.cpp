@@ -28,10 +28,11 @@ TraceHandle::TraceHandle(char const* name, bool enabled) : name_(name), enabled_
   auto asked = facilities().asked.find(name);
   if (asked == facilities().asked.end()) return;
   levels_ = asked->second;
-  enabled_ = true;
+  for (bool on : levels_) enabled_ = enabled_ || on;
 }
 
 void traceLevelIs(std::string const& facility, unsigned level, bool on) {
+  if (level >= TraceHandle::kLevels) return;
   facilities().asked[facility][level] = on;
   auto found = facilities().byName.find(facility);
   if (found == facilities().byName.end()) return;

@@ -1,4 +1,5 @@
-// Traces: a facility has a name, a switch for each of ten levels, and costs two byte tests while it is quiet.
+// Traces: a facility has a name, a switch for each of ten levels, and costs two byte tests and a pointer test
+// while it is quiet.
 
 #pragma once
 
@@ -11,6 +12,7 @@
 
 namespace Vyx {
 
+// Levels are 0 to kLevels - 1 throughout; a handle lives until the process ends.
 class TraceHandle {
 public:
   static constexpr unsigned kLevels = 10;

@@ -226,6 +226,12 @@ TEST_F(EntityCopyTest, EntitiesOfDifferentLinesHaveNothingInCommon) {
   EXPECT_EQ("", heard.take());
 }
 
+TEST_F(EntityCopyTest, NullEntitiesHaveNothingInCommon) {
+  EXPECT_FALSE(ec->doCopyEntityAttrs(nullptr, src, "", nullptr));
+  EXPECT_FALSE(ec->copyEntity(dest, nullptr, "", nullptr));
+  EXPECT_EQ("", heard.take());
+}
+
 TEST_F(EntityCopyTest, CountsTheCopiesThatWroteSomething) {
   src->heightIs(3);
   src->leafIs("a", Garden::green)->weightIs(1);

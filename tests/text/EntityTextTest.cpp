@@ -52,6 +52,11 @@ TEST_F(EntityText, ReadsBackToTheSameEntity) {
   expectReadsBack(config->pmapType()->pmapIs("p")->subconfigIs(UniqueId(1, 2, 3)));
 }
 
+TEST_F(EntityText, FunctionsHaveNoPlaceInAPath) {
+  EXPECT_THROW(Vyx::strepToValue<Ptr<Entity>>(valueToStrep(action) + Vyx::String8("/equalTo")),
+               Vyx::RangeException);
+}
+
 TEST_F(EntityText, NamesOfAnyBytesReadBack) {
   for (char const* name :
        {"a/b", "100%", "two words", " ", "%2F", "'quoted'", "'", "null", "a\x01\n\x7f", "\xc3\xa9"})

@@ -50,6 +50,18 @@ TEST_F(TraceTest, SettingWaitsForAFacilityThatDoesNotExistYet) {
   EXPECT_EQ("TraceLater 9 x\n", told.str());
 }
 
+TEST_F(TraceTest, FacilityThatWasOnlyTurnedOffComesDisabled) {
+  Vyx::traceLevelIs("TurnedOffBefore", 3, false);
+  static Vyx::TraceHandle const handle("TurnedOffBefore", false);
+  EXPECT_FALSE(handle.enabled());
+}
+
+TEST_F(TraceTest, LevelsThatDoNotExistAreIgnored) {
+  Vyx::traceLevelIs("NoSuchLevel", Vyx::TraceHandle::kLevels, true);
+  static Vyx::TraceHandle const handle("NoSuchLevel", false);
+  EXPECT_FALSE(handle.enabled());
+}
+
 TEST_F(TraceTest, DisabledFacilityIsQuietWhateverItsLevels) {
   static TraceHandle facility("TraceDisabled", false);
   facility.levelIs(1, true);
