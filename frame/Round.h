@@ -6,9 +6,8 @@
 // (2) What a reactor's entry throws goes to that reactor's onNotificationException and the round goes on.
 // What
 //     that throws ends the round and reaches the caller; what was stored stays stored.
-// (3) Without reactors a round costs one comparison. A round allocates only when a list of reactors changes
-// or a
-//     counted object ends during it while more than 16 reactors are still to be called.
+// (3) Without reactors a round costs one comparison. A round allocates only when a list of reactors changes,
+//     or a counted object ends, during it while more than 16 reactors are still to be called.
 
 #pragma once
 

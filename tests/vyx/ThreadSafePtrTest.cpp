@@ -45,6 +45,17 @@ protected:
   std::atomic<int> deaths = 0;
 };
 
+TEST_F(ThreadSafePtr, FlagsOfTheWordChangeWithoutLosingACount) {
+  Vyx::Ptr<Thing> const thing = Vyx::ptrFromNew(new Thing(deaths));
+  onAllThreads(kTurns, [&](int thread) {
+    if (thread == 0)
+      thing->vyxMarkedForDeletionIs(!thing->vyxMarkedForDeletion());
+    else
+      Vyx::Ptr<Thing> const copy = thing;
+  });
+  EXPECT_EQ(1U, thing->references());
+}
+
 TEST_F(ThreadSafePtr, CountEndsWhereItBegan) {
   auto const thing = Vyx::ptrFromNew(new Thing(deaths));
   onAllThreads(kTurns, [&](int) { Vyx::Ptr<Thing> const copy = thing; });
