@@ -1,31 +1,48 @@
-# vyx_add_schema(TARGET file.vyx…)
+# vyx_add_schema(TARGET [ONE_UNIT] file.vyx…)
 #
-# Compiles each schema with vyxc and adds the generated sources to TARGET. The generated headers go to
+# Compiles each schema with vyxc, or with ONE_UNIT all of them together as the one unit that one of them
+# declares, and adds the generated sources to TARGET. The generated headers go to
 # <project's build folder>/gen, which becomes a public include directory of TARGET. A schema's imports are
 # looked up like #includes, along TARGET's include path, that of the libraries it links against included.
 #
 # A target called `gen`, if there is one, then generates without compiling.
 function(vyx_add_schema target)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "ONE_UNIT" "" "")
   set(gen ${PROJECT_BINARY_DIR}/gen)
   set(all_outputs)
 
-  foreach(file IN LISTS ARGN)
+  # The files of a unit are joined by `|`.
+  set(units)
+  foreach(file IN LISTS arg_UNPARSED_ARGUMENTS)
     cmake_path(ABSOLUTE_PATH file BASE_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR} NORMALIZE)
-    _vyx_schema_outputs(${file} outputs)
+    list(APPEND units ${file})
+  endforeach()
+  if(arg_ONE_UNIT)
+    list(JOIN units "|" units)
+  endif()
+  foreach(unit IN LISTS units)
+    string(REPLACE "|" ";" unit_files "${unit}")
+    _vyx_schema_outputs("${unit_files}" outputs)
     list(TRANSFORM outputs PREPEND ${gen}/)
     list(APPEND all_outputs ${outputs})
 
     # A schema is generated anew after any earlier one has changed: it may import it.
-    set_property(GLOBAL APPEND PROPERTY VYX_SCHEMA_FILES ${file})
+    set_property(GLOBAL APPEND PROPERTY VYX_SCHEMA_FILES ${unit_files})
+    set_property(GLOBAL APPEND PROPERTY VYX_SCHEMA_UNITS ${unit})
     get_property(known_schemas GLOBAL PROPERTY VYX_SCHEMA_FILES)
-    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${file})
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${unit_files})
 
-    cmake_path(GET file FILENAME name)
+    set(names)
+    foreach(file IN LISTS unit_files)
+      cmake_path(GET file FILENAME name)
+      list(APPEND names ${name})
+    endforeach()
+    list(JOIN names ", " names)
     add_custom_command(
       OUTPUT ${outputs}
-      COMMAND Pbr::vyxc "-I$<JOIN:$<TARGET_PROPERTY:${target},INCLUDE_DIRECTORIES>,;-I>" --out ${gen} ${file}
+      COMMAND Pbr::vyxc "-I$<JOIN:$<TARGET_PROPERTY:${target},INCLUDE_DIRECTORIES>,;-I>" --out ${gen} ${unit_files}
       DEPENDS Pbr::vyxc ${known_schemas}
-      COMMENT "Compiling schema ${name}"
+      COMMENT "Compiling schema ${names}"
       COMMAND_EXPAND_LISTS
       VERBATIM)
   endforeach()
@@ -34,7 +51,7 @@ function(vyx_add_schema target)
   target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${gen}>)
 
   # The outputs are known only in this directory, but TARGET may be of another one.
-  list(GET ARGN 0 first)
+  list(GET arg_UNPARSED_ARGUMENTS 0 first)
   string(MAKE_C_IDENTIFIER "gen_${target}_${first}" gen_target)
   add_custom_target(${gen_target} DEPENDS ${all_outputs})
   add_dependencies(${target} ${gen_target})
@@ -43,30 +60,37 @@ function(vyx_add_schema target)
   endif()
 endfunction()
 
-# RETURNS in `result` what vyxc makes of `file`, relative to its output folder.
-function(_vyx_schema_outputs file result)
+# RETURNS in `result` what vyxc makes of a unit's files, relative to its output folder.
+function(_vyx_schema_outputs files result)
   set(s "[ \t\r\n]")
   set(id "[A-Za-z_][A-Za-z0-9_]*")
-  file(READ ${file} text)
-  string(REGEX REPLACE "//[^\n]*" "" text "${text}")
-  string(REGEX REPLACE "extern${s}+(value|enum|entity)${s}" "extern " text "${text}")
+  set(outputs)
+  set(units 0)
+  foreach(file IN LISTS files)
+    file(READ ${file} text)
+    string(REGEX REPLACE "//[^\n]*" "" text "${text}")
+    string(REGEX REPLACE "extern${s}+(value|enum|entity)${s}" "extern " text "${text}")
 
-  if(NOT text MATCHES "(^|${s})namespace${s}+([A-Za-z0-9_:]+)")
-    message(FATAL_ERROR "${file}: vyx_add_schema finds no namespace")
-  endif()
-  string(REPLACE "::" "/" folder ${CMAKE_MATCH_2})
-  if(NOT text MATCHES "(^|${s})unit${s}+(${id})${s}+header${s}+\"([^\"]+)\"")
-    message(FATAL_ERROR "${file}: vyx_add_schema finds no unit")
-  endif()
-  set(outputs ${CMAKE_MATCH_3} ${folder}/${CMAKE_MATCH_2}Unit.gen.cpp)
-
-  string(REGEX MATCHALL "(^|${s}|})(entity|enum|value)${s}+${id}${s}*(:|{|in${s})" types "${text}")
-  foreach(type IN LISTS types)
-    string(REGEX MATCH "(entity|enum|value)${s}+(${id})" type "${type}")
-    if(NOT CMAKE_MATCH_1 STREQUAL "value")
-      list(APPEND outputs ${folder}/${CMAKE_MATCH_2}.h)
+    if(NOT text MATCHES "(^|${s})namespace${s}+([A-Za-z0-9_:]+)")
+      message(FATAL_ERROR "${file}: vyx_add_schema finds no namespace")
     endif()
-    list(APPEND outputs ${folder}/${CMAKE_MATCH_2}.gen.cpp)
+    string(REPLACE "::" "/" folder ${CMAKE_MATCH_2})
+    if(text MATCHES "(^|${s})unit${s}+(${id})${s}+header${s}+\"([^\"]+)\"")
+      math(EXPR units "${units} + 1")
+      list(APPEND outputs ${CMAKE_MATCH_3} ${folder}/${CMAKE_MATCH_2}Unit.gen.cpp)
+    endif()
+
+    string(REGEX MATCHALL "(^|${s}|})(entity|enum|value)${s}+${id}${s}*(:|{|in${s})" types "${text}")
+    foreach(type IN LISTS types)
+      string(REGEX MATCH "(entity|enum|value)${s}+(${id})" type "${type}")
+      if(NOT CMAKE_MATCH_1 STREQUAL "value")
+        list(APPEND outputs ${folder}/${CMAKE_MATCH_2}.h)
+      endif()
+      list(APPEND outputs ${folder}/${CMAKE_MATCH_2}.gen.cpp)
+    endforeach()
   endforeach()
+  if(NOT units EQUAL 1)
+    message(FATAL_ERROR "${files}: vyx_add_schema finds ${units} units instead of one")
+  endif()
   set(${result} ${outputs} PARENT_SCOPE)
 endfunction()

@@ -11,10 +11,36 @@
 
 namespace frame {
 
+// A collection may make the names of its members: `Attr::namedBy` says from which of the given values.
+template <class Attr>
+concept NamesItsMembers = requires {
+  Attr::namedBy;
+};
+
+template <class Attr, class... Arguments>
+Vyx::Ptr<typename Attr::ChildType> madeMember(Arguments const&... arguments) {
+  using ChildType = typename Attr::ChildType;
+  if constexpr (NamesItsMembers<Attr>) {
+    using Vyx::valueToStrep; // The built-in types'; the others are found beside their types.
+    return Vyx::make<ChildType>(valueToStrep(std::get<Attr::namedBy>(std::tie(arguments...))), arguments...);
+  } else {
+    return Vyx::make<ChildType>(arguments...);
+  }
+}
+
+// THROWS: NameInUseException when the member was made with other values than those given.
+template <class Attr, class... Arguments>
+void checkMember(typename Attr::ChildType const& member, Arguments const&... arguments) {
+  if constexpr (NamesItsMembers<Attr>)
+    checkParameters(member, member.name(), arguments...);
+  else
+    checkParameters(member, arguments...);
+}
+
 // Makes a child, enters it in the collection and attaches it. REQUIRES: the key is absent. Nobody is told.
 template <class Attr, class... Arguments>
 Vyx::Ptr<typename Attr::ChildType> newMember(typename Attr::Owner& of, Arguments const&... arguments) {
-  auto child = Vyx::make<typename Attr::ChildType>(arguments...);
+  auto child = madeMember<Attr>(arguments...);
   child->parentAttrIdIs(Attr::id);
   Attr::field(of).newMember(child);
   child->parentIs(Vyx::Ptr<Vyx::Entity>(&of));
@@ -28,7 +54,7 @@ template <class Attr, class... Arguments>
 Vyx::Ptr<typename Attr::ChildType> memberIs(typename Attr::Owner& of, typename Attr::Key const& key,
                                             Arguments const&... arguments) {
   if (auto* there = Attr::field(of).find(key)) {
-    checkParameters(*there, arguments...);
+    checkMember<Attr>(*there, arguments...);
     return there;
   }
   auto child = newMember<Attr>(of, arguments...);

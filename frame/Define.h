@@ -60,6 +60,13 @@ template <class Attr> std::vector<Definition::Argument> functionArguments() {
   return list;
 }
 
+// What the maker of a member gives.
+template <class Attr> std::vector<Definition::Argument> memberArguments() {
+  auto list = parameterList<typename Attr::ChildType>();
+  if constexpr (NamesItsMembers<Attr>) list.erase(list.begin());
+  return list;
+}
+
 // One overload for each kind; the attribute's class derives from its kind.
 
 template <class Attr, class X, class T, Vyx::AttributeId I>
@@ -113,7 +120,7 @@ void defineAttr(Definition& type, Queue<X, V, R, I> const*) {
 // The record says "hashed" where the key is a Kest::UniqueId, whatever the collection.
 template <class Attr, class X, class K, class T, Vyx::AttributeId I>
 void defineAttr(Definition& type, ChildCollection<X, K, T, I> const*) {
-  type.withArguments(Attr::name, Vyx::typeOf<Vyx::Ptr<T>>(), flags::childCollection, parameterList<T>(),
+  type.withArguments(Attr::name, Vyx::typeOf<Vyx::Ptr<T>>(), flags::childCollection, memberArguments<Attr>(),
                      Introspection::hasInternalIndex_(), I, &opsInstance<ChildCollectionOps<Attr>>(),
                      Attr::keyName, Attr::hashed);
 }

@@ -30,7 +30,7 @@ public:
 template <class X, class... Attrs>
 Vyx::String8 attributeString(X const& of, Vyx::AttributeId id, AttributeList<Attrs...>) {
   char const* name = nullptr;
-  auto own = [&]<class Attr>(Attr const*) {
+  [[maybe_unused]] auto const own = [&]<class Attr>(Attr const*) {
     if constexpr (requires { Attr::redefines; })
       return;
     else if (Attr::id == id)

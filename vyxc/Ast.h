@@ -71,6 +71,7 @@ struct Member {
   TypeRef keyType; // collection
   Name keyName;    // references, children
   Name within;     // reference
+  Name namedBy;    // children
   std::vector<Parameter> parameters;
   bool hasArguments = false;
   std::vector<Expr> arguments; // base, child

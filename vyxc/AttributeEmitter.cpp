@@ -6,6 +6,17 @@
 
 namespace vyxc {
 
+namespace {
+
+// REQUIRES: there is one of that name.
+std::size_t placeOf(std::string const& name, std::vector<Parameter> const& parameters) {
+  std::size_t place = 0;
+  while (parameters[place].name != name) ++place;
+  return place;
+}
+
+} // namespace
+
 void AttributeEmitter::declaration(Attribute const& attribute) {
   out_.line("// " + attribute.name + ", id " + std::to_string(attribute.id));
   out_.doc(attribute.doc);
@@ -131,7 +142,8 @@ void AttributeEmitter::child(Attribute const& attribute) {
   tell(attribute);
   auto const unnamed = held.parameters.empty() ? "" : " child";
   out_.function("static auto like(auto& of, " + cpp_.name(held) + " const&" + unnamed + ")",
-                "return of." + Namer::setter(name) + "(" + joined(parameterGetters(held, "child")) + ");");
+                "return of." + Namer::setter(name) + "(" +
+                    joined(parameterGetters(held.parameters, "child")) + ");");
   out_.close("};");
   out_.function(pointer + " " + name + "() const", "return " + Namer::field(name) + ";");
   out_.function(pointer + " " + Namer::make(name) + "(" + parameters + ")",
@@ -199,8 +211,9 @@ void AttributeEmitter::children(Attribute const& attribute) {
   auto const& name = attribute.name;
   auto const& held = *asEntity(attribute.type);
   auto const pointer = cpp_.pointer(held);
-  auto const parameters = cpp_.declared(held.parameters);
-  auto const values = joined(names(held.parameters));
+  auto const given = givenParameters(attribute);
+  auto const parameters = cpp_.declared(given);
+  auto const values = joined(names(given));
   bool const isHashed = attribute.keyType->qualifiedName() == "Kest::UniqueId";
   out_.line("using " + Namer::map(name) + " = " + mapType(attribute) + ";");
   openAttribute(attribute, "ChildCollection", key(attribute) + ", " + cpp_.name(held));
@@ -208,8 +221,11 @@ void AttributeEmitter::children(Attribute const& attribute) {
   tell(attribute);
   out_.line("static constexpr char const* keyName = " + quoted(attribute.keyName) + ";");
   out_.line(std::string("static constexpr bool hashed = ") + (isHashed ? "true;" : "false;"));
+  if (!attribute.namedBy.empty())
+    out_.line("static constexpr std::size_t namedBy = " + std::to_string(placeOf(attribute.namedBy, given)) +
+              ";");
   out_.function("static auto like(auto& of, " + cpp_.name(held) + " const& member)",
-                "return of." + Namer::setter(name) + "(" + joined(parameterGetters(held, "member")) + ");");
+                "return of." + Namer::setter(name) + "(" + joined(parameterGetters(given, "member")) + ");");
   out_.close("};");
   iteratorTypes(attribute);
 

@@ -284,7 +284,8 @@ void EntityChecker::checkRelation(ast::Member const& member, Attribute& attribut
   case AttributeKind::kReferences:
     return checkKeyOfReferences(member, attribute);
   case AttributeKind::kChildren:
-    return checkKeyOfChildren(member, attribute);
+    checkKeyOfChildren(member, attribute);
+    return checkNamedBy(member, attribute);
   case AttributeKind::kReference:
     return checkWithin(member, attribute);
   case AttributeKind::kChild:
@@ -319,6 +320,24 @@ void EntityChecker::checkKeyOfChildren(ast::Member const& member, Attribute& att
   } else {
     attribute.keyType = parameter->type;
   }
+}
+
+// The name is then the one value that the maker of a member does not give, so it can't be the key.
+void EntityChecker::checkNamedBy(ast::Member const& member, Attribute& attribute) {
+  auto const& by = member.namedBy;
+  if (by.text.empty()) return;
+  auto const& child = *asEntity(attribute.type);
+  if (child.parameters.empty() || child.parameters.front().name != "name") {
+    diagnostics().error(by.span, "the constructor of " + quoted(child.qualifiedName()) +
+                                     " does not begin with `name`, which would be made here");
+  } else if (by.text == "name" || !child.parameter(by.text)) {
+    diagnostics().error(by.span, quoted(by.text) + " is no constructor parameter of " +
+                                     quoted(child.qualifiedName()) + " behind its name");
+  } else if (attribute.keyName == "name") {
+    diagnostics().error(member.keyName.span,
+                        "the key `name` is to be given, not made from " + quoted(by.text));
+  }
+  attribute.namedBy = by.text;
 }
 
 void EntityChecker::checkWithin(ast::Member const& member, Attribute& attribute) {

@@ -126,7 +126,7 @@ void EntityEmitter::construction() {
   out_.line("using VyxParameterTuple = " + cpp_.tuple(type_.parameters) + ";");
   out_.function("static auto vyxParameters(" + type_.name + " const&" +
                     (type_.parameters.empty() ? "" : " of") + ")",
-                "return VyxParameterTuple(" + joined(parameterGetters(type_, "of")) + ");");
+                "return VyxParameterTuple(" + joined(parameterGetters(type_.parameters, "of")) + ");");
 }
 
 void EntityEmitter::constructor(std::string const& scope) {
@@ -228,7 +228,8 @@ void EntityEmitter::reactors() {
   if (isFirstOfLine(type_) || !entries.empty()) {
     out_.access("public");
     if (isFirstOfLine(type_)) out_.line("virtual void onIsNondestructing() {}");
-    for (auto const& entry : entries) out_.line("virtual " + entry.signature + " {}");
+    for (auto const& entry : entries)
+      out_.line(entry.isOfRoot ? entry.signature + " override {}" : "virtual " + entry.signature + " {}");
     out_.blank();
   }
   out_.access("protected");
@@ -278,7 +279,7 @@ void EntityEmitter::adapter() {
   std::vector<EntityType const*> line;
   for (auto const* type = &type_; !type->isRoot(); type = type->base) line.insert(line.begin(), type);
   constexpr std::uint32_t kIsNondestructing = 6;
-  std::vector<ReactorEntry> entries{{"void onIsNondestructing()", kIsNondestructing}};
+  std::vector<ReactorEntry> entries{{"void onIsNondestructing()", kIsNondestructing, false}};
   for (auto const* type : line) {
     auto const own = reactorEntries(*type, cpp_);
     entries.insert(entries.end(), own.begin(), own.end());

@@ -1,5 +1,6 @@
 #include "EntityParts.h"
 
+#include "NameRules.h"
 #include "Namer.h"
 
 #include <algorithm>
@@ -66,10 +67,10 @@ std::vector<ReactorEntry> reactorEntries(EntityType const& type, CppTypes const&
     auto const entry = "void " + Namer::entry(attribute.name);
     if (isKeyedByReactor(attribute)) {
       auto const key = attribute.keyType ? cpp.argument(*attribute.keyType) : std::string("unsigned int");
-      result.push_back({entry + "(" + key + ")", attribute.id});
-      result.push_back({"void " + Namer::immediateEntry(attribute.name) + "()", attribute.id});
+      result.push_back({entry + "(" + key + ")", attribute.id, false});
+      result.push_back({"void " + Namer::immediateEntry(attribute.name) + "()", attribute.id, false});
     }
-    result.push_back({entry + "()", attribute.id});
+    result.push_back({entry + "()", attribute.id, isEntryOfRoot(Namer::entry(attribute.name))});
   }
   std::stable_sort(result.begin(), result.end(),
                    [](ReactorEntry const& a, ReactorEntry const& b) { return a.id < b.id; });
@@ -131,9 +132,15 @@ std::set<std::string> headersOfReflection(EntityType const& type) {
   return result;
 }
 
-std::vector<std::string> parameterGetters(EntityType const& type, std::string const& of) {
+std::vector<Parameter> givenParameters(Attribute const& children) {
+  auto result = asEntity(children.type)->parameters;
+  if (!children.namedBy.empty()) result.erase(result.begin());
+  return result;
+}
+
+std::vector<std::string> parameterGetters(std::vector<Parameter> const& parameters, std::string const& of) {
   std::vector<std::string> result;
-  for (auto const& parameter : type.parameters) result.push_back(of + "." + parameter.name + "()");
+  for (auto const& parameter : parameters) result.push_back(of + "." + parameter.name + "()");
   return result;
 }
 

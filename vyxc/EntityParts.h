@@ -21,6 +21,7 @@ bool hasReactorEntry(Attribute const& attribute);
 struct ReactorEntry {
   std::string signature;
   std::uint32_t id;
+  bool isOfRoot; // Vyx::Entity's reactors have it already; it takes no new slot.
 };
 // ORDER: ascending by id; only the type's own.
 std::vector<ReactorEntry> reactorEntries(EntityType const& type, CppTypes const& cpp);
@@ -41,7 +42,10 @@ UsedTypes usedTypes(EntityType const& type);
 // The headers that reflection on the type needs: those of every type that an attribute speaks of.
 std::set<std::string> headersOfReflection(EntityType const& type);
 
+// What the maker of a member of `children` gives: the parameters of its constructor, but for a name that is
+// made from one of them.
+std::vector<Parameter> givenParameters(Attribute const& children);
 // How a value of a constructor parameter is read from an entity: `of.className()`.
-std::vector<std::string> parameterGetters(EntityType const& type, std::string const& of);
+std::vector<std::string> parameterGetters(std::vector<Parameter> const& parameters, std::string const& of);
 
 } // namespace vyxc

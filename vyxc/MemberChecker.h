@@ -73,6 +73,7 @@ private:
   void checkRelation(ast::Member const& member, Attribute& attribute);
   void checkKeyOfReferences(ast::Member const& member, Attribute& attribute);
   void checkKeyOfChildren(ast::Member const& member, Attribute& attribute);
+  void checkNamedBy(ast::Member const& member, Attribute& attribute);
   void checkWithin(ast::Member const& member, Attribute& attribute);
   void checkChildArguments(ast::Member const& member, Attribute& attribute);
 

@@ -86,6 +86,8 @@ struct Attribute {
   bool isTree = false;           // collection, children: ordered by key instead of hashed.
   Type const* keyType = nullptr; // collection, references, children
   std::string keyName;           // references, children
+  std::string
+      namedBy; // children: a member's name is the text form of this parameter; empty: its maker gives it.
   Attribute const* within = nullptr;     // reference: the children collection that holds what is referred to.
   std::vector<Parameter> parameters;     // function
   EntityType const* redefined = nullptr; // function: the highest base that declares it.

@@ -54,4 +54,7 @@ std::string refusedName(std::string_view name) {
 
 bool isNameOfRoot(std::string_view name) { return contains(kOfRoot, name); }
 
+// The other one, onParent, is that of an attribute that no schema may declare.
+bool isEntryOfRoot(std::string_view entry) { return entry == "onVersion"; }
+
 } // namespace vyxc

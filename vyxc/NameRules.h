@@ -13,4 +13,7 @@ std::string refusedName(std::string_view name);
 // RETURNS whether every entity has an attribute or operation of that name from Vyx::Entity.
 bool isNameOfRoot(std::string_view name);
 
+// RETURNS whether every reactor has an entry of that name from Vyx::Entity::NotifieeConst.
+bool isEntryOfRoot(std::string_view entry);
+
 } // namespace vyxc

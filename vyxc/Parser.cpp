@@ -332,7 +332,11 @@ void Parser::keyedEntitiesForm(ast::Member& member) {
   expect("]");
   expect(":");
   member.type = typeRef(false);
-  if (member.kind == MemberKind::kChildren) member.isTree = accept("tree");
+  if (member.kind != MemberKind::kChildren) return;
+  member.isTree = accept("tree");
+  if (!accept("named")) return;
+  expect("by");
+  member.namedBy = name("a constructor parameter");
 }
 
 void Parser::constantForm(ast::Member& member) {

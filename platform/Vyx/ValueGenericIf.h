@@ -59,20 +59,21 @@ private:
     else
       return value_ == T();
   }
+  // By the type's own operators, each by itself: they need not agree with each other.
   bool compare(AttributeOp::OpId code, T const& other) const {
     switch (code) {
     case AttributeOp::equal:
       return value_ == other;
     case AttributeOp::notEqual:
-      return !(value_ == other);
+      return value_ != other;
     case AttributeOp::less:
       return value_ < other;
     case AttributeOp::greater:
-      return !(value_ < other || value_ == other);
+      return value_ > other;
     case AttributeOp::lessEqual:
-      return value_ < other || value_ == other;
+      return value_ <= other;
     default:
-      return !(value_ < other);
+      return value_ >= other;
     }
   }
 

@@ -84,6 +84,56 @@ TypeRow const kTypes[] = {
          "386 | dscp | Pbr::Dscp | | 0x220109 | 0x40000400 | 2 |",
          "0 | fwkKey | Kest::UniqueId | | 0x200001 | 0x400 | 0 |",
      }},
+    {"Pbr::NexthopSet",
+     "",
+     kValue,
+     kReflected,
+     sizeof(Pbr::NexthopSet),
+     "recursive U32 vrfName L3::VrfName hash U32",
+     {
+         "2 | nexthop | bool | Lomu::IpGenAddr | 0x1a20107 | 0x400 | 2 |",
+         "3 | recursive | U32 | | 0x22010f | 0x400 | 2 |",
+         "4 | vrfName | L3::VrfName | | 0x22010f | 0x400 | 2 |",
+         "5 | hash | U32 | | 0x220009 | 0x400 | 0 |",
+     }},
+    {"Pbr::NexthopIndex",
+     "",
+     kValue,
+     kReflected,
+     8,
+     "value U64",
+     {
+         "2 | value | U64 | | 0x220109 | 0x40000400 | 2 |",
+         "3 | nexthopIndexNone | U64 | | 0x220001 | 0x40000410 | 0 |",
+     }},
+    {"Pbr::NexthopIndexAndL2AdjKey",
+     "Vyx::Entity",
+     0,
+     kEntity,
+     sizeof(Pbr::NexthopIndexAndL2AdjKey),
+     "nexthopSet Pbr::NexthopSet",
+     {
+         "6 | isNondestructing | bool | | 0x2043 | 0x1000000 | 0 |",
+         "154 | vyxHasAttrLogInterface | bool | | 0x22001 | 0x400 | 8 |",
+         "258 | nexthopSet | Pbr::NexthopSet | | 0x220109 | 0x40000400 | 2 |",
+         "259 | nexthopIndex | Pbr::NexthopIndex | | 0x220143 | 0x1000400 | 2 |",
+         "260 | nexthopIndexPublishCounter | U32 | | 0x220143 | 0x1000400 | 2 |",
+         "261 | nexthopIndexDelCounter | U32 | | 0x220143 | 0x1000400 | 2 |",
+         "262 | l2AdjKey | U64 | | 0x220143 | 0x1000400 | 2 |",
+         "263 | viasUsed | bool | Lomu::IpGenAddr | 0x1a20143 | 0x1000400 | 2 |",
+     }},
+    {"Pbr::PbrClassMapStatus",
+     "PolicyMap::ClassMapStatus",
+     0,
+     kEntity,
+     sizeof(Pbr::PbrClassMapStatus),
+     "className Vyx::Name id Kest::UniqueId",
+     {
+         "154 | vyxHasAttrLogInterface | bool | | 0x22001 | 0x400 | 8 |",
+         "386 | actionType | Pbr::PbrActionType | | 0x220143 | 0x1000400 | 2 |",
+         "387 | nexthopGroup | Vyx::String8 | | 0x220143 | 0x1000400 | 2 |",
+         "388 | nexthopIndexAndL2AdjKey | Pbr::NexthopIndexAndL2AdjKey | | 0x8220143 | 0x1000400 | 2 |",
+     }},
     {"Pbr::PbrActionContainer",
      "Vyx::Entity",
      0,
@@ -114,6 +164,99 @@ TypeRow const kTypes[] = {
          "262 | cmapType | PolicyMap::ClassMapTypeConfig | | 0x8220143 | 0x11000400 | 2 | name Vyx::Name",
          "263 | pmapType | PolicyMap::PolicyMapTypeConfig | | 0x8220143 | 0x11000400 | 2 |"
          " name Vyx::Name type PolicyMap::MapType",
+     }},
+    {"Pbr::Status",
+     "PolicyMap::PolicyMapTypeStatus",
+     0,
+     kEntity,
+     sizeof(Pbr::Status),
+     "name Vyx::Name",
+     {
+         "154 | vyxHasAttrLogInterface | bool | | 0x22001 | 0x400 | 8 |",
+         "386 | pbrClassMapStatus | Pbr::PbrClassMapStatus | | 0x9a20143 | 0x11000400 | 32 |"
+         " className Vyx::Name id Kest::UniqueId id hashed=1",
+     }},
+    {"Pbr::PbrAclCheckpointStatus",
+     "Vyx::Entity",
+     0,
+     kEntity,
+     sizeof(Pbr::PbrAclCheckpointStatus),
+     "name Vyx::Name",
+     {
+         "6 | isNondestructing | bool | | 0x2043 | 0x1000000 | 0 |",
+         "154 | vyxHasAttrLogInterface | bool | | 0x22001 | 0x400 | 8 |",
+         "258 | ruleStatus | Acl::RuleCheckpointStatus | Acl::UniqueId | 0x1a20143 | 0x1000400 | 2 |",
+         "259 | timestamp | double | | 0x220143 | 0x1000400 | 2 |",
+         "260 | version | Acl::UniqueId | | 0x220143 | 0x1000400 | 2 |",
+         "0 | fwkKey | Vyx::Name | | 0x200001 | 0x400 | 0 |",
+     }},
+    {"Pbr::PbrAclTypeCheckpointStatus",
+     "Vyx::Entity",
+     0,
+     kEntity,
+     sizeof(Pbr::PbrAclTypeCheckpointStatus),
+     "name Vyx::Name type Acl::AclType",
+     {
+         "6 | isNondestructing | bool | | 0x2043 | 0x1000000 | 0 |",
+         "154 | vyxHasAttrLogInterface | bool | | 0x22001 | 0x400 | 8 |",
+         "258 | type | Acl::AclType | | 0x220109 | 0x40000400 | 2 |",
+         "259 | acl | Pbr::PbrAclCheckpointStatus | | 0x9a20143 | 0x11000400 | 32 |"
+         " name Vyx::Name name hashed=0",
+         "0 | fwkKey | Acl::AclType | | 0x200001 | 0x400 | 0 |",
+     }},
+    {"Pbr::ClassMapCheckpointStatus",
+     "Vyx::Entity",
+     0,
+     kEntity,
+     sizeof(Pbr::ClassMapCheckpointStatus),
+     "name Vyx::Name",
+     {
+         "6 | isNondestructing | bool | | 0x2043 | 0x1000000 | 0 |",
+         "154 | vyxHasAttrLogInterface | bool | | 0x22001 | 0x400 | 8 |",
+         "258 | pktMatch | U64 | | 0x220143 | 0x1000400 | 2 |",
+         "259 | version | Kest::UniqueId | | 0x220143 | 0x1000400 | 2 |",
+         "260 | aclTypeCkptStatus | Pbr::PbrAclTypeCheckpointStatus | | 0x9a20143 | 0x11000400 | 32 |"
+         " type Acl::AclType type hashed=0",
+         "0 | fwkKey | Vyx::Name | | 0x200001 | 0x400 | 0 |",
+     }},
+    {"Pbr::PolicyMapCheckpointStatus",
+     "Vyx::Entity",
+     0,
+     kEntity,
+     sizeof(Pbr::PolicyMapCheckpointStatus),
+     "name Vyx::Name",
+     {
+         "6 | isNondestructing | bool | | 0x2043 | 0x1000000 | 0 |",
+         "154 | vyxHasAttrLogInterface | bool | | 0x22001 | 0x400 | 8 |",
+         "258 | cmapCkptStatus | Pbr::ClassMapCheckpointStatus | | 0x9a20143 | 0x11000400 | 32 |"
+         " name Vyx::Name name hashed=0",
+         "259 | ckptTimestamp | double | | 0x220143 | 0x1000400 | 2 |",
+         "0 | fwkKey | Vyx::Name | | 0x200001 | 0x400 | 0 |",
+     }},
+    {"Pbr::CheckpointAgentStatus",
+     "Vyx::Entity",
+     0,
+     kEntity,
+     sizeof(Pbr::CheckpointAgentStatus),
+     "name Vyx::Name",
+     {
+         "6 | isNondestructing | bool | | 0x2043 | 0x1000000 | 0 |",
+         "154 | vyxHasAttrLogInterface | bool | | 0x22001 | 0x400 | 8 |",
+         "258 | pmapCkptStatus | Pbr::PolicyMapCheckpointStatus | | 0x9a20143 | 0x11000400 | 32 |"
+         " name Vyx::Name name hashed=0",
+         "0 | fwkKey | Vyx::Name | | 0x200001 | 0x400 | 0 |",
+     }},
+    {"Pbr::CheckpointStatus",
+     "Vyx::Entity",
+     0,
+     kEntity,
+     sizeof(Pbr::CheckpointStatus),
+     "name Vyx::Name",
+     {
+         "6 | isNondestructing | bool | | 0x2043 | 0x1000000 | 0 |",
+         "154 | vyxHasAttrLogInterface | bool | | 0x22001 | 0x400 | 8 |",
+         "258 | checkpointAgentStatus | Pbr::CheckpointAgentStatus | | 0x9a20143 | 0x11000400 | 32 |"
+         " name Vyx::Name name hashed=0",
      }},
     {"Pbr::PolicyMapCopyHandler",
      "PolicyMap::PolicyMapCopyHandler",
@@ -206,15 +349,24 @@ TEST(AttributeTable, TypesStandInTheOrderOfRegistration) {
   EXPECT_THAT(typesOfNamespace("Pbr::"), ElementsAreArray(expected));
 }
 
-TEST(AttributeTable, OnlyTheByteOfACodePointIsAValueAttribute) {
-  EXPECT_EQ(VyxType::typeByName("Pbr::Dscp")->attr(2), VyxType::typeByName("Pbr::Dscp")->valAttr());
+TEST(AttributeTable, OnlyNumbersInAClassHaveAValueAttribute) {
+  for (char const* type : {"Pbr::Dscp", "Pbr::NexthopIndex"}) {
+    EXPECT_NE(nullptr, VyxType::typeByName(type)->valAttr());
+    EXPECT_EQ(VyxType::typeByName(type)->attr(2), VyxType::typeByName(type)->valAttr());
+  }
   EXPECT_EQ(nullptr, VyxType::typeByName("Pbr::PbrActionType")->valAttr());
+  EXPECT_EQ(nullptr, VyxType::typeByName("Pbr::NexthopSet")->valAttr());
 }
 
 TEST(AttributeTable, KeyAttributeIsThatOfTheMembersRecord) {
   VyxType const& container = *Pbr::PbrActionContainer::_fwkType();
   EXPECT_EQ(Pbr::PbrFwdAction::_fwkType()->attr(260), container.attr(258)->keyAttr());
   EXPECT_EQ(Pbr::PbrActionSetDscp::_fwkType()->attr(260), container.attr(259)->keyAttr());
+  EXPECT_EQ(Pbr::PbrClassMapStatus::_fwkType()->attr(259), Pbr::Status::_fwkType()->attr(386)->keyAttr());
+  EXPECT_EQ(Pbr::PbrAclTypeCheckpointStatus::_fwkType()->attr(258),
+            Pbr::ClassMapCheckpointStatus::_fwkType()->attr(260)->keyAttr());
+  EXPECT_EQ(Pbr::CheckpointAgentStatus::_fwkType()->attr(130),
+            Pbr::CheckpointStatus::_fwkType()->attr(258)->keyAttr());
 }
 
 // Ids below the library's own types, which messages and handlers name.
@@ -251,6 +403,17 @@ constexpr BaseRow kBases[] = {
     {"PolicyMap::PolicyMapTypeConfig", 259, "pmap"},
     {"PolicyMap::PolicyMapTypeConfig", 260, "intf"},
     {"PolicyMap::PolicyMapTypeConfig", 261, "intfFallback"},
+    {"PolicyMap::ClassMapStatus", 258, "className"},
+    {"PolicyMap::ClassMapStatus", 259, "id"},
+    {"PolicyMap::ClassMapStatus", 260, "match"},
+    {"PolicyMap::ClassMapStatus", 261, "ruleStatus"},
+    {"PolicyMap::PolicyMapTypeStatus", 258, "type"},
+    {"PolicyMap::PolicyMapTypeStatus", 259, "status"},
+    {"PolicyMap::PolicyMapTypeStatus", 260, "intfDisallowed"},
+    {"PolicyMap::PolicyMapTypeStatus", 261, "result"},
+    {"PolicyMap::PolicyMapTypeStatus", 262, "countersPerRule"},
+    {"PolicyMap::PolicyMapTypeStatus", 264, "classMapStatus"},
+    {"PolicyMap::PolicyMapTypeStatus", 265, "initialized"},
     {"Cli::Session::EntityCopyHandler", 258, "handleEntity"},
     {"Cli::Session::EntityCopyGlobalSessionHandler", 258, "handleEntity"},
     {"Cli::Session::EntityCopyGlobalSessionHandler", 387, "copied"},

@@ -204,9 +204,15 @@ TEST(Registration, TypesOfTheLibraryAreHeardOfInOrder) {
   std::vector<std::string> types;
   for (auto at = from; at != heard.end() && !at->starts_with("namespace"); ++at)
     if (at->starts_with("type ")) types.push_back(*at);
-  EXPECT_THAT(types, ElementsAre("type PbrActionType", "type PbrFwdAction : Action", "type Dscp",
-                                 "type PbrActionSetDscp : Action", "type PbrActionContainer : Entity",
-                                 "type Config : Entity"));
+  EXPECT_THAT(types,
+              ElementsAre("type PbrActionType", "type PbrFwdAction : Action", "type Dscp",
+                          "type PbrActionSetDscp : Action", "type NexthopSet", "type NexthopIndex",
+                          "type NexthopIndexAndL2AdjKey : Entity", "type PbrClassMapStatus : ClassMapStatus",
+                          "type PbrActionContainer : Entity", "type Config : Entity",
+                          "type Status : PolicyMapTypeStatus", "type PbrAclCheckpointStatus : Entity",
+                          "type PbrAclTypeCheckpointStatus : Entity",
+                          "type ClassMapCheckpointStatus : Entity", "type PolicyMapCheckpointStatus : Entity",
+                          "type CheckpointAgentStatus : Entity", "type CheckpointStatus : Entity"));
 }
 
 } // namespace

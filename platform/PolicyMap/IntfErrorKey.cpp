@@ -1,0 +1,23 @@
+#include "PolicyMap/IntfErrorKey.h"
+
+#include <ostream>
+
+namespace PolicyMap {
+
+Vyx::String8 valueToStrep(IntfErrorKey const& key) {
+  return key.intf().stringValue() + ":" + stringValue(key.error());
+}
+
+IntfErrorKey sequenceToValue(Vyx::StrepIterator8& at, Vyx::StrepIterator8 const& end, IntfErrorKey*) {
+  std::string_view const text = Vyx::stretch(at, end);
+  std::size_t const colon = text.rfind(':');
+  if (colon == text.npos) Vyx::throwBadText("IntfErrorKey", text, "a colon and an error are missing");
+  IntfErrorKey const key(Vyx::String8(text.substr(0, colon)),
+                         IntfErrorInstance(Vyx::String8(text.substr(colon + 1))));
+  at.positionIs(end.position());
+  return key;
+}
+
+std::ostream& operator<<(std::ostream& out, IntfErrorKey const& key) { return out << valueToStrep(key); }
+
+} // namespace PolicyMap
