@@ -73,6 +73,9 @@ inline Object varied(GenericIf& value) {
   Vyx::VyxType const* const type = value.type();
   if (type == Vyx::typeOf<bool>()) return Vyx::wrap(!Vyx::unwrap<bool>(value));
   if (type == Vyx::typeOf<unsigned>()) return Vyx::wrap(Vyx::unwrap<unsigned>(value) + 1);
+  if (type == Vyx::typeOf<unsigned long long>())
+    return Vyx::wrap(Vyx::unwrap<unsigned long long>(value) + 1);
+  if (type == Vyx::typeOf<double>()) return Vyx::wrap(Vyx::unwrap<double>(value) + 1);
   if (type == Vyx::typeOf<Vyx::Name>())
     return Vyx::wrap(Vyx::Name(Vyx::unwrap<Vyx::Name>(value) + Vyx::String8("+")));
   if (type == Vyx::typeOf<Vyx::String8>())

@@ -1,5 +1,6 @@
 #include "ShopListeners.h"
 
+#include "Vyx/VyxType.h"
 #include "support/Invariants.h"
 #include "support/Refusals.h"
 #include "support/Walks.h"
@@ -175,6 +176,47 @@ TEST_F(ChildCollection, ExceptionOfAReactorComesBackWithTheAttributesId) {
   saw();
   shelf->partIs(1);
   EXPECT_EQ("tool saw !271 part 1 !272", told());
+}
+
+class MadeName : public ChildCollection {};
+
+TEST_F(MadeName, IsTheTextOfOneParameter) {
+  auto const sign = shelf->signIs(true, 42);
+  EXPECT_EQ("42", sign->name());
+  EXPECT_TRUE(sign->wide());
+  EXPECT_EQ(42U, sign->number());
+  EXPECT_EQ(shelf, sign->parent());
+  EXPECT_EQ("sign 42", told());
+  EXPECT_EQ("43", shelf->newSign(true, 43)->name());
+}
+
+TEST_F(MadeName, IsNoReasonToRefuseWhatIsThere) {
+  auto const sign = shelf->signIs(true, 42);
+  told();
+  EXPECT_EQ(sign, shelf->signIs(true, 42));
+  EXPECT_EQ("", told());
+}
+
+TEST_F(MadeName, LeavesTheOtherParametersToBeCompared) {
+  shelf->signIs(true, 42);
+  EXPECT_EQ("Reinstantiating the entity with name 42 where constructor parameter attribute _wide has a "
+            "different value of false than the current value of true not allowed",
+            nameInUse([&] { shelf->signIs(false, 42); }));
+}
+
+TEST_F(MadeName, IsNoArgumentOfTheAttribute) {
+  auto const& arguments = Shop::Shelf::_fwkType()->attr(Vyx::Name("sign"))->arguments();
+  ASSERT_EQ(2U, arguments.size());
+  EXPECT_EQ("wide", arguments[0].name);
+  EXPECT_EQ("number", arguments[1].name);
+}
+
+TEST_F(MadeName, MembersVersionIsToldByTheEntryOfAllReactors) {
+  auto const sign = shelf->newSign(true, 42);
+  auto const reactor = listen<SignListener>(sign, heard);
+  sign->versionIs(3);
+  sign->versionIs(3);
+  EXPECT_EQ("version", told());
 }
 
 class ReferenceCollection : public ShelfTest {

@@ -42,6 +42,9 @@ public:
   void onNote(unsigned key) override { hear("note", key); }
   void onNotevyxImmediate() override { hear("note immediate"); }
   void onNote() override { hear("note"); }
+  void onSign(unsigned key) override { hear("sign", key); }
+  void onSignvyxImmediate() override { hear("sign immediate"); }
+  void onSign() override { hear("sign"); }
 };
 
 class DrillListener : public Recorder<Shop::Drill> {
@@ -52,6 +55,12 @@ public:
   void onSpeed(unsigned key) override { hear("speed", key); }
   void onSpeedvyxImmediate() override { hear("speed immediate"); }
   void onSpeed() override { hear("speed"); }
+};
+
+class SignListener : public Recorder<Shop::Sign> {
+public:
+  using Recorder::Recorder;
+  void onVersion() override { hear("version"); }
 };
 
 class ItemListener : public Recorder<Shop::Item> {

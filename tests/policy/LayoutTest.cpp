@@ -3,33 +3,16 @@
 
 #include "PolicyListeners.h"
 
-#include <gtest/gtest.h>
-
-#include <cstring>
+#include "support/Fields.h"
 
 namespace {
 
-struct Entity {
-  void* operations;
-  std::uint32_t word;
-  void* name;
-  void const* parent;
-  Vyx::AttributeId parentAttrId;
-  std::uint32_t fourth;
-};
-struct List {
-  void* operations;
-  std::uint32_t version;
-  std::uint32_t count;
-  void const* head;
-  void const* tail;
-};
-struct Table {
-  void* operations;
-  std::uint32_t version;
-  std::uint32_t count;
-  alignas(void*) unsigned char rest[sizeof(Pbr::PbrFwdAction::VyxNexthopMap) - sizeof(void*) - 8];
-};
+using Table = fields::Table<Pbr::PbrFwdAction::VyxNexthopMap>;
+using fields::Entity;
+using fields::List;
+using fields::over;
+using fields::Reactor;
+
 struct Action {
   Entity entity;
   void* className;
@@ -66,15 +49,6 @@ struct Config {
   void const* pmapType;
   List reactors;
 };
-struct Reactor {
-  void* operations;
-  std::uint32_t word;
-  std::uint32_t flags;
-  void const* notifier;
-  unsigned char isWeakReference;
-  unsigned char isRegisteredNotifiee;
-  void const* next;
-};
 struct Nexthop {
   void* operations;
   std::uint32_t word;
@@ -83,13 +57,6 @@ struct Nexthop {
   unsigned char value;
   void const* fwkHmNext;
 };
-
-template <class Fields, class T> Fields over(T const& object) {
-  static_assert(sizeof(Fields) == sizeof(T));
-  Fields fields;
-  std::memcpy(&fields, static_cast<void const*>(&object), sizeof fields);
-  return fields;
-}
 
 TEST(Layout, EntityBeginsWithTheWordNameAndPlace) {
   auto const container = Pbr::pbrActionContainerFactory("actions");

@@ -30,6 +30,7 @@ public:
   using X::Notifiee::onNotificationException;
   void onNotificationException(Vyx::AttributeId id) override { exceptions_.push_back(id); }
   void onZeroReferences() override { entry(this); }
+  void onVersion() override { entry(this); }
 
 private:
   // The first slot behind the runtime's: onIsNondestructing. Before a table stand two more words.

@@ -22,6 +22,15 @@ std::vector<Vyx::Ptr<Vyx::Entity>> oneOfEach() {
           Pbr::pbrActionSetDscpFactory("c", UniqueId(1, 2, 3), Pbr::Dscp(9)),
           Pbr::pbrActionContainerFactory("c"),
           Pbr::configFactory("c"),
+          Pbr::nexthopIndexAndL2AdjKeyFactory(Pbr::NexthopSet()),
+          Pbr::pbrClassMapStatusFactory("c", UniqueId(1, 2, 3)),
+          Pbr::statusFactory("c"),
+          Vyx::make<Pbr::PbrAclCheckpointStatus>("c"),
+          Vyx::make<Pbr::PbrAclTypeCheckpointStatus>("c", Acl::ip),
+          Vyx::make<Pbr::ClassMapCheckpointStatus>("c"),
+          Vyx::make<Pbr::PolicyMapCheckpointStatus>("c"),
+          Pbr::checkpointAgentStatusFactory("c"),
+          Pbr::checkpointStatusFactory("c"),
           Pbr::policyMapCopyHandlerFactory(),
           Vyx::make<Pbr::ConfigCopyHandler>(),
           Pbr::configCopyHandlerDirFactory("c")};
@@ -42,6 +51,28 @@ TEST(AttributeString, EntitiesUnderTheRootNameTheirOwn) {
       "pbrUnresolvedNexthopActionDrop bgpPbrRedirect pbrEnableNonAgingMacAddr pbrActions cmapType pmapType",
       namesFrom(*Pbr::configFactory("c"), 258));
   EXPECT_EQ("configHandler", namesFrom(*Pbr::configCopyHandlerDirFactory("c"), 258));
+}
+
+TEST(AttributeString, StatusNamesItsOwnThenItsBases) {
+  auto const classMap = Pbr::pbrClassMapStatusFactory("c", UniqueId(1, 2, 3));
+  EXPECT_EQ("actionType nexthopGroup nexthopIndexAndL2AdjKey", namesFrom(*classMap, 386));
+  EXPECT_EQ("className id match ruleStatus", namesFrom(*classMap, 258));
+  auto const status = Pbr::statusFactory("c");
+  EXPECT_EQ("pbrClassMapStatus", namesFrom(*status, 386));
+  EXPECT_EQ("type status intfDisallowed result countersPerRule", namesFrom(*status, 258));
+  EXPECT_EQ("classMapStatus initialized", namesFrom(*status, 264));
+  EXPECT_EQ("nexthopSet nexthopIndex nexthopIndexPublishCounter nexthopIndexDelCounter l2AdjKey viasUsed",
+            namesFrom(*Pbr::nexthopIndexAndL2AdjKeyFactory(Pbr::NexthopSet()), 258));
+}
+
+TEST(AttributeString, CheckpointLevelsNameTheirOwn) {
+  EXPECT_EQ("checkpointAgentStatus", namesFrom(*Pbr::checkpointStatusFactory("c"), 258));
+  EXPECT_EQ("pmapCkptStatus", namesFrom(*Pbr::checkpointAgentStatusFactory("c"), 258));
+  EXPECT_EQ("cmapCkptStatus ckptTimestamp", namesFrom(*Vyx::make<Pbr::PolicyMapCheckpointStatus>("c"), 258));
+  EXPECT_EQ("pktMatch version aclTypeCkptStatus",
+            namesFrom(*Vyx::make<Pbr::ClassMapCheckpointStatus>("c"), 258));
+  EXPECT_EQ("type acl", namesFrom(*Vyx::make<Pbr::PbrAclTypeCheckpointStatus>("c", Acl::ip), 258));
+  EXPECT_EQ("ruleStatus timestamp version", namesFrom(*Vyx::make<Pbr::PbrAclCheckpointStatus>("c"), 258));
 }
 
 TEST(AttributeString, CopyHandlersNameWhatTheyRedefine) {

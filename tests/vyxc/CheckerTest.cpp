@@ -121,6 +121,25 @@ TEST_F(CheckerTest, FilesOfOneCommandLineAreOneUnit) {
   EXPECT_EQ("b.vyx", model().schemaOf.at(model().unit.types.at(0)));
 }
 
+TEST_F(CheckerTest, FilesOfOneUnitMayImportEachOther) {
+  auto const first = write("a.vyx", "namespace N unit U header \"N/U.h\" { A B } enum A { a = 1 }");
+  auto const second = write("b.vyx", "namespace N import \"a.vyx\"\n"
+                                     "entity B : Vyx::Entity { constructor () mutable a: A }");
+  compileFiles({first, second});
+  ASSERT_EQ("", errors());
+  EXPECT_EQ(2u, model().unit.types.size());
+  EXPECT_TRUE(model().unit.imported.empty());
+}
+
+TEST_F(CheckerTest, MakerOfAMemberGivesAllButAMadeName) {
+  compile("A B", "entity A : Vyx::Entity { constructor () children b[id]: B named by size children c[id]: B }\n"
+                 "entity B : Vyx::Entity { constructor (name: Vyx::Name, id: U32, size: U8) key id: U32\n"
+                 "const id: U32 const size: U8 }");
+  ASSERT_EQ("", errors());
+  EXPECT_EQ("size", attribute("A", "b").namedBy);
+  EXPECT_EQ("", attribute("A", "c").namedBy);
+}
+
 TEST_F(CheckerTest, AFileNamedAndImportedIsReadOnce) {
   auto const second = write("b.vyx", "namespace N enum B { b = 1 }");
   compileFiles({write("a.vyx", "namespace N import \"b.vyx\" unit U header \"N/U.h\" { B }"), second});

@@ -81,6 +81,15 @@ TEST_F(ParserTest, KeyTakesBothItsWords) {
   EXPECT_TRUE(key.isUnlisted);
 }
 
+TEST_F(ParserTest, ChildrenMayBeNamedByAParameter) {
+  EXPECT_EQ("", member("children a[id]: A").namedBy.text);
+  EXPECT_EQ("type", member("children a[id]: A named by type").namedBy.text);
+  auto const both = member("children a[id]: A tree named by type @ 300");
+  EXPECT_TRUE(both.isTree);
+  EXPECT_EQ("type", both.namedBy.text);
+  EXPECT_EQ(300u, both.id->value);
+}
+
 TEST_F(ParserTest, MemberWordsMayNameAttributes) {
   auto const file = parse("namespace N entity E : B { mutable key: U8 mutable child: U8 const mutable: U8 "
                           "function import() -> void mutable value: bool mutable entity: bool }");

@@ -3,7 +3,9 @@
 #include "Zoo/Office.h"
 #include "Kest/UniqueId.h"
 #include "Zoo/Cage.h"
+#include "Zoo/Diet.h"
 #include "Zoo/Keeper.h"
+#include "Zoo/Kitchen.h"
 #include "frame/EntityReflection.h"
 
 namespace Zoo {
@@ -28,8 +30,11 @@ public:
     void onCage(Vyx::Name) override { forward(259); }
     void onCagevyxImmediate() override { forward(259); }
     void onCage() override { forward(259); }
-    void onAviary() override { forward(260); }
-    void onQuarantine() override { forward(261); }
+    void onKitchen(Diet) override { forward(260); }
+    void onKitchenvyxImmediate() override { forward(260); }
+    void onKitchen() override { forward(260); }
+    void onAviary() override { forward(261); }
+    void onQuarantine() override { forward(262); }
   };
 };
 

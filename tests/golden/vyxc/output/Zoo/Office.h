@@ -5,7 +5,9 @@
 #include "Kest/UniqueId.h"
 #include "Vyx/Entity.h"
 #include "Zoo/Cage.h"
+#include "Zoo/Diet.h"
 #include "Zoo/Keeper.h"
+#include "Zoo/Kitchen.h"
 #include "frame/EntityFrame.h"
 
 static_assert(frame::kVersion == 1, "made for another version of the frame");
@@ -90,8 +92,39 @@ public:
   CageIterator cageIterator() { return {this, cage_}; }
   CageIterator cageIterator(Vyx::Name key) { return {this, cage_, key}; }
 
-  // aviary, id 260
-  struct VyxAttrAviary : frame::Child<Office, Cage, 260> {
+  // kitchen, id 260
+  using VyxKitchenMap = Vyx::HashMap<Kitchen, Diet>;
+  struct VyxAttrKitchen : frame::ChildCollection<Office, Diet, Kitchen, 260> {
+    static constexpr char const* name = "kitchen";
+    static auto& field(auto& of) { return of.kitchen_; }
+    static void tell(auto& reactor, Diet key) { reactor.onKitchen(key); }
+    static constexpr char const* keyName = "diet";
+    static constexpr bool hashed = false;
+    static constexpr std::size_t namedBy = 1;
+    static auto like(auto& of, Kitchen const& member) { return of.kitchenIs(member.floor(), member.diet()); }
+  };
+  using KitchenIteratorConst = frame::IteratorConst<VyxKitchenMap>;
+  using KitchenIterator = frame::Iterator<Office, VyxKitchenMap>;
+  using VyxKitchenIterator = KitchenIterator;
+  Vyx::Ptr<Kitchen> kitchen(Diet key) const { return kitchen_.find(key); }
+  std::uint32_t kitchens() const { return kitchen_.count(); }
+  Vyx::Ptr<Kitchen> newKitchen(unsigned char floor, Diet diet) {
+    return frame::newMember<VyxAttrKitchen>(*this, floor, diet);
+  }
+  Vyx::Ptr<Kitchen> kitchenIs(unsigned char floor, Diet diet) {
+    return frame::memberIs<VyxAttrKitchen>(*this, diet, floor, diet);
+  }
+  Vyx::Ptr<Kitchen> kitchenDel(Diet key) { return frame::memberDel<VyxAttrKitchen>(*this, key); }
+  Vyx::Ptr<Kitchen> kitchenDel(KitchenIterator& at) { return frame::memberDelAt<VyxAttrKitchen>(*this, at); }
+  void kitchenDelAll() { frame::memberDelAll<KitchenIterator, VyxAttrKitchen>(*this); }
+  void kitchenNotify(Diet key) { frame::notify<VyxAttrKitchen>(*this, key); }
+  KitchenIteratorConst kitchenIteratorConst() const { return KitchenIteratorConst(kitchen_); }
+  KitchenIteratorConst kitchenIteratorConst(Diet key) const { return {kitchen_, key}; }
+  KitchenIterator kitchenIterator() { return {this, kitchen_}; }
+  KitchenIterator kitchenIterator(Diet key) { return {this, kitchen_, key}; }
+
+  // aviary, id 261
+  struct VyxAttrAviary : frame::Child<Office, Cage, 261> {
     static constexpr char const* name = "aviary";
     static auto& field(auto& of) { return of.aviary_; }
     static void tell(auto& reactor) { reactor.onAviary(); }
@@ -102,8 +135,8 @@ public:
   Vyx::Ptr<Cage> aviaryDel() { return frame::childDel<VyxAttrAviary>(*this); }
   Vyx::Ptr<Cage> aviaryIs(Vyx::Name name) { return frame::childIs<VyxAttrAviary>(*this, name); }
 
-  // quarantine, id 261
-  struct VyxAttrQuarantine : frame::Child<Office, Cage, 261> {
+  // quarantine, id 262
+  struct VyxAttrQuarantine : frame::Child<Office, Cage, 262> {
     static constexpr char const* name = "quarantine";
     static auto& field(auto& of) { return of.quarantine_; }
     static void tell(auto& reactor) { reactor.onQuarantine(); }
@@ -116,9 +149,9 @@ public:
     return frame::childIs<VyxAttrQuarantine>(*this, name);
   }
 
-  // close, id 262
+  // close, id 263
   virtual void close(bool sooner) const;
-  struct VyxAttrClose : frame::Function<Office, void, 262> {
+  struct VyxAttrClose : frame::Function<Office, void, 263> {
     static constexpr char const* name = "close";
     static constexpr bool isConst = true;
     using Arguments = std::tuple<bool>;
@@ -127,9 +160,9 @@ public:
     static void call(auto& of, auto const&... arguments) { of.close(arguments...); }
   };
 
-  // busiest, id 263
+  // busiest, id 264
   virtual Vyx::Ptr<Keeper> busiest() const;
-  struct VyxAttrBusiest : frame::Function<Office, Vyx::Ptr<Keeper>, 263> {
+  struct VyxAttrBusiest : frame::Function<Office, Vyx::Ptr<Keeper>, 264> {
     static constexpr char const* name = "busiest";
     static constexpr bool isConst = true;
     using Arguments = std::tuple<>;
@@ -138,12 +171,13 @@ public:
     static Vyx::Ptr<Keeper> call(auto& of, auto const&... arguments) { return of.busiest(arguments...); }
   };
 
-  using VyxAttributes = frame::AttributeList<VyxAttrKeeper, VyxAttrCage, VyxAttrAviary, VyxAttrQuarantine,
-                                             VyxAttrClose, VyxAttrBusiest>;
+  using VyxAttributes = frame::AttributeList<VyxAttrKeeper, VyxAttrCage, VyxAttrKitchen, VyxAttrAviary,
+                                             VyxAttrQuarantine, VyxAttrClose, VyxAttrBusiest>;
 
 private:
   VyxKeeperMap keeper_;
   VyxCageMap cage_;
+  VyxKitchenMap kitchen_;
   frame::ChildPtr<Cage> aviary_;
   frame::ChildPtr<Cage> quarantine_;
   mutable Vyx::ListRaw<NotifieeConst> reactors_;
@@ -159,6 +193,9 @@ public:
   virtual void onCage(Vyx::Name) {}
   virtual void onCagevyxImmediate() {}
   virtual void onCage() {}
+  virtual void onKitchen(Diet) {}
+  virtual void onKitchenvyxImmediate() {}
+  virtual void onKitchen() {}
   virtual void onAviary() {}
   virtual void onQuarantine() {}
 

@@ -7,6 +7,7 @@
 #include "Zoo/Cage.h"
 #include "Zoo/Diet.h"
 #include "Zoo/Keeper.h"
+#include "Zoo/Kitchen.h"
 #include "Zoo/Menu.h"
 #include "Zoo/Office.h"
 #include "Zoo/Weight.h"

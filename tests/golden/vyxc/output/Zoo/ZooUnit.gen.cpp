@@ -6,6 +6,7 @@
 #include "Zoo/Cage.h"
 #include "Zoo/Diet.h"
 #include "Zoo/Keeper.h"
+#include "Zoo/Kitchen.h"
 #include "Zoo/Menu.h"
 #include "Zoo/Office.h"
 #include "Zoo/Visitor.h"
@@ -25,7 +26,8 @@ namespace Zoo {
                                                                             "Zoo::Bird\0"
                                                                             "Zoo::Keeper\0"
                                                                             "Zoo::Cage\0"
-                                                                            "Zoo::Office";
+                                                                            "Zoo::Office\0"
+                                                                            "Zoo::Kitchen";
 
 frame::Enumerators<Diet> vyxEnumerators(Diet const*);
 void vyxDefineWeight(Vyx::IntrospectionReactor& reactor, char const* fullName);
@@ -42,6 +44,7 @@ std::vector<frame::UnitType> vyxTypes() {
       {"Zoo::Keeper", &Keeper::_fwkType, &frame::defineEntity<Keeper>},
       {"Zoo::Cage", &Cage::_fwkType, &frame::defineEntity<Cage>},
       {"Zoo::Office", &Office::_fwkType, &frame::defineEntity<Office>},
+      {"Zoo::Kitchen", &Kitchen::_fwkType, &frame::defineEntity<Kitchen>},
   };
 }
 } // namespace
