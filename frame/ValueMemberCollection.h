@@ -25,6 +25,8 @@ public:
     auto& of = *static_cast<Owner*>(self.object());
     if (!index) {
       if (code == GenericIf::AttributeOp::memberCount) return Vyx::wrap<unsigned>(Attr::count(of));
+      if constexpr (requires { Attr::iterator(of).version(); })
+        if (code == GenericIf::AttributeOp::version) return Vyx::wrap<unsigned>(Attr::iterator(of).version());
       unsupported(code);
     }
     Key const key = Vyx::unwrapOr<Key>(index, "vyx_index");
