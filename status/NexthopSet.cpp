@@ -28,6 +28,10 @@ private:
 
 } // namespace
 
+NexthopSet::NexthopSet() : vrfName_("default") {}
+NexthopSet::NexthopSet(unsigned recursive, L3::VrfName const& vrfName)
+    : recursive_(recursive), vrfName_(vrfName) {}
+
 bool NexthopSet::nexthop(Lomu::IpGenAddr const& key) const {
   auto const* record = find(key);
   return record && record->value();

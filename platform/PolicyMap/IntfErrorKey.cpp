@@ -4,6 +4,8 @@
 
 namespace PolicyMap {
 
+IntfErrorKey::IntfErrorKey(Lomu::IntfId const& intf, IntfError error) : intf_(intf), error_(error) {}
+
 Vyx::String8 valueToStrep(IntfErrorKey const& key) {
   return key.intf().stringValue() + ":" + stringValue(key.error());
 }

@@ -13,7 +13,7 @@ namespace PolicyMap {
 class IntfErrorKey {
 public:
   IntfErrorKey() = default;
-  IntfErrorKey(Lomu::IntfId const& intf, IntfError error) : intf_(intf), error_(error) {}
+  IntfErrorKey(Lomu::IntfId const& intf, IntfError error);
 
   Lomu::IntfId const& intf() const { return intf_; }
   IntfError error() const { return error_; }

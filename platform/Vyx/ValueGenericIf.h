@@ -59,22 +59,29 @@ private:
     else
       return value_ == T();
   }
-  // By the type's own operators, each by itself: they need not agree with each other.
   bool compare(AttributeOp::OpId code, T const& other) const {
     switch (code) {
     case AttributeOp::equal:
       return value_ == other;
     case AttributeOp::notEqual:
-      return value_ != other;
+      return !(value_ == other);
     case AttributeOp::less:
       return value_ < other;
     case AttributeOp::greater:
-      return value_ > other;
+      return other < value_;
     case AttributeOp::lessEqual:
-      return value_ <= other;
+      return isLessOrEqual(value_, other);
     default:
-      return value_ >= other;
+      return isLessOrEqual(other, value_);
     }
+  }
+
+  // A type's `<=` need not be its `<` or its `==`: not for a number that is none, nor for a set of next hops.
+  static bool isLessOrEqual(T const& a, T const& b) {
+    if constexpr (requires { a <= b; })
+      return a <= b;
+    else
+      return !(b < a);
   }
 
   mutable T value_;

@@ -26,8 +26,8 @@ public:
   using NexthopIteratorConst = frame::MemberIterator<VyxNexthopMap::IteratorConst, VyxNexthop const>;
   using NexthopIterator = frame::MemberIterator<VyxNexthopMap::Iterator, VyxNexthop>;
 
-  NexthopSet() = default;
-  NexthopSet(unsigned recursive, L3::VrfName const& vrfName) : recursive_(recursive), vrfName_(vrfName) {}
+  NexthopSet();
+  NexthopSet(unsigned recursive, L3::VrfName const& vrfName);
   // The hash is computed; what is given for it isn't looked at.
   NexthopSet(unsigned recursive, L3::VrfName const& vrfName, unsigned) : NexthopSet(recursive, vrfName) {}
 
@@ -71,7 +71,7 @@ public:
 
 private:
   unsigned recursive_ = 0;
-  L3::VrfName vrfName_ = "default";
+  L3::VrfName vrfName_;
 };
 
 // The addresses, divided by blanks, then " recursive"; "None" without an address. Flags and `vrfName` aren't
