@@ -1,7 +1,8 @@
-// What every entity type promises, whatever its attributes. EntityTypes.cpp runs the suite for each type.
+// What every entity type promises, whatever its attributes. EntityTypes.cpp and PlatformTypes.cpp run the
+// suite for each type.
 //
 // The attributes are found in the type's schema and record, and changed by reflection, so that a new type is
-// covered by its line in EntityTypes.cpp, and a new attribute by none.
+// covered by its line there, and a new attribute by none.
 
 #include "Vyx/Vyx.h"
 #include "frame/EntityFrame.h"
@@ -73,8 +74,7 @@ inline Object varied(GenericIf& value) {
   Vyx::VyxType const* const type = value.type();
   if (type == Vyx::typeOf<bool>()) return Vyx::wrap(!Vyx::unwrap<bool>(value));
   if (type == Vyx::typeOf<unsigned>()) return Vyx::wrap(Vyx::unwrap<unsigned>(value) + 1);
-  if (type == Vyx::typeOf<unsigned long long>())
-    return Vyx::wrap(Vyx::unwrap<unsigned long long>(value) + 1);
+  if (type == Vyx::typeOf<unsigned long long>()) return Vyx::wrap(Vyx::unwrap<unsigned long long>(value) + 1);
   if (type == Vyx::typeOf<double>()) return Vyx::wrap(Vyx::unwrap<double>(value) + 1);
   if (type == Vyx::typeOf<Vyx::Name>())
     return Vyx::wrap(Vyx::Name(Vyx::unwrap<Vyx::Name>(value) + Vyx::String8("+")));
@@ -241,5 +241,14 @@ REGISTER_TYPED_TEST_SUITE_P(EntityContract, RecordIsOne, BaseListsTheTypeOnce, R
                             ExceptionOfAnEntryComesBackWithTheAttributesId,
                             ExceptionOfAFrameRoundComesBackWithItsId, EntriesAreEmpty,
                             StrangerAsNotifierActsAsNone, WeakReactorOutlivesItUnattached);
+
+// The type's own name, as a test may be called.
+struct TypeName {
+  template <class X> static std::string GetName(int) {
+    std::string name(X::_fwkType()->fullTypeName().view());
+    std::replace(name.begin(), name.end(), ':', '_');
+    return name;
+  }
+};
 
 } // namespace contract

@@ -1,11 +1,8 @@
-// The entity types that keep the contract: one line each.
+// The library's entity types that keep the contract: one line each.
 
-#include "Cli/Session.h"
 #include "EntityContract.inl"
 #include "Pbr/Pbr.h"
 #include "Pbr/PbrCopy.h"
-#include "PolicyMap/PolicyMap.h"
-#include "PolicyMap/PolicyMapCopy.h"
 
 namespace contract {
 
@@ -26,39 +23,8 @@ using EntityTypes = testing::Types<
     Pbr::CheckpointStatus,
     Pbr::ConfigCopyHandler,
     Pbr::ConfigCopyHandlerDir,
-    Pbr::PolicyMapCopyHandler,
-    PolicyMap::Action,
-    PolicyMap::ClassMapSubConfig,
-    PolicyMap::ClassMapConfig,
-    PolicyMap::ClassMapTypeConfig,
-    PolicyMap::ClassAction,
-    PolicyMap::PolicyMapSubConfig,
-    PolicyMap::PolicyMapConfig,
-    PolicyMap::PolicyMapTypeConfig,
-    PolicyMap::ClassMapMatchStatus,
-    PolicyMap::ClassMapStatus,
-    PolicyMap::GenericClassMapStatus,
-    PolicyMap::PolicyMapStatus,
-    PolicyMap::PolicyMapTypeStatus,
-    PolicyMap::ClassMapComparer,
-    PolicyMap::PolicyMapCopyHandler,
-    Cli::Session::AttributeFilter,
-    Cli::Session::CopiedEntities,
-    Cli::Session::EntityCopyHandler,
-    Cli::Session::EntityCopyGlobalSessionHandler,
-    Cli::Session::EntityCopyCustomHandler,
-    Cli::Session::EntityCopyCustomHandlerTable,
-    Cli::Session::EntityCopy>;
+    Pbr::PolicyMapCopyHandler>;
 // clang-format on
-
-// The type's own name, as a test may be called.
-struct TypeName {
-  template <class X> static std::string GetName(int) {
-    std::string name(X::_fwkType()->fullTypeName().view());
-    std::replace(name.begin(), name.end(), ':', '_');
-    return name;
-  }
-};
 
 INSTANTIATE_TYPED_TEST_SUITE_P(Model, EntityContract, EntityTypes, TypeName);
 

@@ -116,7 +116,8 @@ TEST(NexthopSet, AssignmentIsDeepAndTakesAllFields) {
   EXPECT_EQ(7U, copy.recursive());
   copy.nexthopDelAll();
   EXPECT_EQ(1U, set.nexthops());
-  copy = copy;
+  auto const& itself = copy;
+  copy = itself;
   EXPECT_EQ(NexthopSet(7, "blue"), copy);
 }
 

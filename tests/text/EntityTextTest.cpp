@@ -65,6 +65,25 @@ TEST_F(EntityText, NamesOfAnyBytesReadBack) {
   EXPECT_EQ("running/pmapType/pmap/two%20words", valueToStrep(config->pmapType()->pmapIs("two words")));
 }
 
+TEST_F(EntityText, StatusAndCheckpointReadBackByAnyKindOfKey) {
+  auto const status = Pbr::statusFactory("pbr");
+  EnteredRoot const statusRoot("status", status);
+  expectReadsBack(status->pbrClassMapStatusIs("web", UniqueId(1, 2, 3)));
+  expectReadsBack(Ptr<PolicyMap::ClassMapStatus>(status->classMapStatusIs("web", UniqueId(1, 2, 3))));
+  auto const checkpoint = Pbr::checkpointStatusFactory("pbr");
+  EnteredRoot const checkpointRoot("checkpoint", checkpoint);
+  auto const cmap =
+      checkpoint->checkpointAgentStatusIs("Linecard 3")->pmapCkptStatusIs("P")->cmapCkptStatusIs("C");
+  auto const acl = cmap->aclTypeCkptStatusIs(Acl::ipv6)->aclIs("web in");
+  EXPECT_EQ(
+      "checkpoint/checkpointAgentStatus/Linecard%203/pmapCkptStatus/P/cmapCkptStatus/C/aclTypeCkptStatus/"
+      "'ipv6'/acl/web%20in",
+      valueToStrep(acl));
+  expectReadsBack(acl);
+  EXPECT_EQ("Pbr::PbrClassMapStatus: \"status\": an entity of another type",
+            refusal<Ptr<Pbr::PbrClassMapStatus>>("status"));
+}
+
 TEST_F(EntityText, NullIsNoFailure) {
   expectReadsBack(Ptr<Pbr::Config>());
   EXPECT_EQ("null", valueToStrep(Ptr<Pbr::Config>()));
