@@ -132,9 +132,10 @@ TEST_F(CheckerTest, FilesOfOneUnitMayImportEachOther) {
 }
 
 TEST_F(CheckerTest, MakerOfAMemberGivesAllButAMadeName) {
-  compile("A B", "entity A : Vyx::Entity { constructor () children b[id]: B named by size children c[id]: B }\n"
-                 "entity B : Vyx::Entity { constructor (name: Vyx::Name, id: U32, size: U8) key id: U32\n"
-                 "const id: U32 const size: U8 }");
+  compile("A B",
+          "entity A : Vyx::Entity { constructor () children b[id]: B named by size children c[id]: B }\n"
+          "entity B : Vyx::Entity { constructor (name: Vyx::Name, id: U32, size: U8) key id: U32\n"
+          "const id: U32 const size: U8 }");
   ASSERT_EQ("", errors());
   EXPECT_EQ("size", attribute("A", "b").namedBy);
   EXPECT_EQ("", attribute("A", "c").namedBy);
