@@ -48,7 +48,7 @@ public:
         if (!from.find(at.key())) changed = static_cast<bool>(memberDelAt<Attr>(of, at)) || changed;
     Beside<Map> beside(to);
     for (typename Map::IteratorConst at(from); at; at.advance()) {
-      ChildType const& model = *at.member();
+      ChildType const& model = *at.current();
       Vyx::Ptr<ChildType> child = beside.find(model.fwkKey());
       if (!child || !sameParameters(*child, model)) {
         child = remade(of, model);

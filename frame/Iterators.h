@@ -12,9 +12,9 @@ namespace frame {
 template <class Base, class Member> class MemberIterator : public Base {
 public:
   using Base::Base;
-  decltype(auto) value() const { return Base::member()->value(); }
-  Member& operator*() const { return *Base::member(); }
-  Member* operator->() const { return Base::member().ptr(); }
+  decltype(auto) value() const { return Base::current()->value(); }
+  Member& operator*() const { return *Base::current(); }
+  Member* operator->() const { return Base::current(); }
   MemberIterator& operator++() {
     Base::advance();
     return *this;

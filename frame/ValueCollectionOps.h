@@ -64,7 +64,7 @@ public:
     if (sameValues(to, from)) return false;
     for (At at(&of, to); at; at.advance())
       if (!from.find(at.key())) valueDelAt<Attr>(of, at);
-    for (typename Map::IteratorConst at(from); at; at.advance()) write(of, at.key(), at.member()->value());
+    for (typename Map::IteratorConst at(from); at; at.advance()) write(of, at.key(), at.current()->value());
     return true;
   }
 
@@ -125,16 +125,16 @@ public:
     bool changed = false;
     for (At at(&of, Attr::field(of)); at; at.advance()) {
       bool const same = model && model.key() == at.key();
-      changed = changed || !same || !(model.member()->value() == at.value());
+      changed = changed || !same || !(model.current()->value() == at.value());
       if (same) {
-        queueIs<Attr>(of, at.key(), model.member()->value());
+        queueIs<Attr>(of, at.key(), model.current()->value());
         model.advance();
       } else {
         queueDel<Attr>(of, at.key());
       }
     }
     changed = changed || model;
-    for (; model; model.advance()) queueEnter<Attr>(of, model.key(), model.member()->value());
+    for (; model; model.advance()) queueEnter<Attr>(of, model.key(), model.current()->value());
     return changed;
   }
 };

@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "Vyx/Ptr.h"
+#include "Vyx/Foothold.h"
 #include "Vyx/String8.h"
 
 namespace Vyx {
@@ -37,8 +37,8 @@ public:
   StrepIterator iteratorSpaceCopy(StrepIterator const& at) const override { return at; }
 };
 
-// An iterator of a tree or a queue: the collection, and a hold on the member that it stands on. Its end hands
-// the member back through the collection's iteratorDelete.
+// An iterator of a tree or a queue: the collection, and the member that it stands on, which can't end
+// meanwhile. The iterator's end hands the member back through the collection's iteratorDelete, if it was held.
 template <class T> class BaseIteratorConst {
 public:
   BaseIteratorConst(BaseIteratorConst const& o) = default;
@@ -47,22 +47,32 @@ public:
   // Whether the member's key can serve as a bookmark: the key type's default value can't.
   virtual bool hasBookmark() const = 0;
 
-  explicit operator bool() const { return static_cast<bool>(member_); }
-  Ptr<T> const& member() const { return member_; }
+  explicit operator bool() const { return foothold_.member() != nullptr; }
+  Ptr<T> member() const { return current(); }
+  T* current() const { return static_cast<T*>(foothold_.member()); }
 
 protected:
-  BaseIteratorConst(BaseCollection const* collection, T* member) : collection_(collection), member_(member) {}
+  BaseIteratorConst(BaseCollection const* collection, T* member)
+      : collection_(collection), foothold_(member) {}
+
+  void currentIs(T* member) {
+    if (__builtin_expect(foothold_.isLinked(), true))
+      foothold_.linkedMemberIs(member);
+    else
+      foothold_.memberIs(member);
+  }
 
   // Hands the member back. An iterator that also keeps its collection alive does so before it lets go of
   // that.
   void release() {
-    if (!collection_ || !member_) return;
-    StrepIterator at{Ptr<PtrInterface>::vyxAdopt(member_.vyxDetach())};
-    collection_->iteratorDelete(at);
+    StrepIterator at{foothold_.release()};
+    if (at.member) collection_->iteratorDelete(at);
   }
 
   BaseCollection const* collection_;
-  Ptr<T> member_;
+
+private:
+  Foothold foothold_;
 };
 
 } // namespace Vyx

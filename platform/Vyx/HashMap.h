@@ -4,8 +4,8 @@
 // otherwise, the link `fwkHmNext_`.
 //
 // ORDER: ascending by bit-reversed hash, ties by the key's `<`; the same for equal keys, however the table
-// grew. A loop over an iterator may insert and delete anything: the iterator holds its member, and finds its
-// way on from the member's key.
+// grew. A loop over an iterator may insert and delete anything: the iterator's member can't end,
+// and the iterator finds its way on from the member's key.
 
 #pragma once
 
@@ -58,7 +58,7 @@ public:
   // Releases every member and tells nobody. An entity that somebody else still holds has no parent then.
   ~HashMap() override {
     if constexpr (requires(T & member) { member.vyxParentGone(); })
-      for (IteratorConst at(*this); at; ++at) at.member()->vyxParentGone();
+      for (IteratorConst at(*this); at; ++at) at.current()->vyxParentGone();
     this->emptyAllBucketsG(table(), link(), 0);
   }
 
@@ -100,6 +100,7 @@ private:
 #pragma GCC diagnostic pop
   T* chain(std::uint32_t reversed) const { return static_cast<T*>(this->head(this->bucketOf(reversed))); }
   static T const* of(PtrInterface const* member) { return static_cast<T const*>(member); }
+  T* headBehind(int* bucket) const { return static_cast<T*>(this->nextHead(bucket, link())); }
   // Whether the member stands behind the key, which may be in the table or not.
   static bool isBehind(T const* member, std::uint32_t reversed, K const& key) {
     std::uint32_t const other = reversedHash<K>(member->fwkKey());
@@ -118,13 +119,13 @@ private:
 // meanwhile.
 template <class T, class K> class HashMap<T, K>::Walk {
 public:
-  explicit Walk(HashMap const& map) : map_(&map), at_(static_cast<T*>(map.findNextBucketG(&bucket_))) {}
+  explicit Walk(HashMap const& map) : map_(&map), at_(map.headBehind(&bucket_)) {}
   explicit operator bool() const { return at_ != nullptr; }
   T& operator*() const { return *at_; }
   T* operator->() const { return at_; }
   Walk& operator++() {
     at_ = next(at_);
-    if (!at_) at_ = static_cast<T*>(map_->findNextBucketG(&bucket_));
+    if (!at_) at_ = map_->headBehind(&bucket_);
     return *this;
   }
 
@@ -134,20 +135,21 @@ private:
   T* at_;
 };
 
-// Stands on a member, which it holds, or on none. Seek to the first member by the default, to the first at or
+// Stands on a member, which can't end meanwhile, or on none. Seek to the first member by the default, to the first at or
 // past a key by that key.
 template <class T, class K> class HashMap<T, K>::IteratorConst {
 public:
   IteratorConst() = default;
-  explicit IteratorConst(HashMap const& map) : map_(&map) { reset(); }
-  IteratorConst(HashMap const& map, K const& key) : map_(&map), member_(map.startAtHash(key)) {
-    if (member_) takeOver();
+  explicit IteratorConst(HashMap const& map)
+      : version_(map.version()), map_(&map), foothold_(map.headBehind(&bucket_)) {}
+  IteratorConst(HashMap const& map, K const& key) : map_(&map), foothold_(map.startAtHash(key)) {
+    if (*this) takeOver();
   }
   IteratorConst(IteratorConst const&) = default;
   IteratorConst& operator=(IteratorConst const&) = default;
 
   // Whether the key can serve as a bookmark: the key type's default value can't.
-  virtual bool hasBookmark() const { return member_ && !(K(member_->fwkKey()) == K()); }
+  virtual bool hasBookmark() const { return *this && !(K(key()) == K()); }
   virtual ~IteratorConst() = default;
 
   void reset();
@@ -158,22 +160,24 @@ public:
     return *this;
   }
 
-  explicit operator bool() const { return static_cast<bool>(member_); }
-  decltype(auto) key() const { return member_->fwkKey(); }
-  Ptr<T> const& member() const { return member_; }
+  explicit operator bool() const { return foothold_.member() != nullptr; }
+  decltype(auto) key() const { return current()->fwkKey(); }
+  Ptr<T> member() const { return current(); }
+  T* current() const { return static_cast<T*>(foothold_.member()); }
   int bucket() const { return bucket_; }
   std::uint32_t version() const { return version_; }
 
 private:
+  [[gnu::noinline]] void advanceSlowly();
   void takeOver() {
     version_ = map_->version();
-    bucket_ = static_cast<int>(map_->bucketOf(reversedHash<K>(member_->fwkKey())));
+    bucket_ = static_cast<int>(map_->bucketOf(reversedHash<K>(key())));
   }
 
   std::uint32_t version_ = 0;
   int bucket_ = -1;
   HashMap const* map_ = nullptr;
-  Ptr<T> member_;
+  Foothold foothold_;
 };
 
 template <class T, class K> class HashMap<T, K>::Iterator : public IteratorConst {
@@ -203,24 +207,28 @@ template <class T, class K> T* HashMap<T, K>::startAtHash(K const& key) const {
 }
 
 template <class T, class K> void HashMap<T, K>::IteratorConst::reset() {
-  member_ = nullptr;
   version_ = 0;
   bucket_ = -1;
-  if (!map_) return;
-  version_ = map_->version();
-  member_ = Ptr<T>(static_cast<T*>(map_->findNextBucketG(&bucket_)));
+  if (map_) version_ = map_->version();
+  foothold_.memberIs(map_ ? map_->headBehind(&bucket_) : nullptr);
 }
 
 template <class T, class K> void HashMap<T, K>::IteratorConst::advance() {
+  if (__builtin_expect(version_ != map_->version() || !foothold_.isLinked(), false)) return advanceSlowly();
+  T* following = next(current());
+  foothold_.linkedMemberIs(following ? following : map_->headBehind(&bucket_));
+}
+
+template <class T, class K> void HashMap<T, K>::IteratorConst::advanceSlowly() {
   T* following = nullptr;
-  if (__builtin_expect(version_ == map_->version(), true)) {
-    following = next(member_.ptr());
-    if (!following) following = static_cast<T*>(map_->findNextBucketG(&bucket_));
+  if (version_ == map_->version()) {
+    following = next(current());
+    if (!following) following = map_->headBehind(&bucket_);
   } else {
-    following = map_->after(member_->fwkKey(), &bucket_);
+    following = map_->after(key(), &bucket_);
     version_ = map_->version();
   }
-  member_ = Ptr<T>(following);
+  foothold_.memberIs(following);
 }
 
 } // namespace Vyx

@@ -25,15 +25,29 @@ PtrInterface* HashMapGeneric::findNextG(VTable const& table, std::size_t link, i
   return found;
 }
 
+PtrInterface* HashMapGeneric::nextFarHead(int* bucket, std::size_t link) const {
+  for (auto i = static_cast<std::uint32_t>(*bucket + 1); i < buckets_; ++i) {
+    askFor(head((i + kAhead) & (buckets_ - 1)), link);
+    if (PtrInterface* const found = head(i)) {
+      *bucket = static_cast<int>(i);
+      return found;
+    }
+  }
+  *bucket = -1;
+  return nullptr;
+}
+
 void HashMapGeneric::emptyAllBucketsG(VTable const&, std::size_t link, int) {
   if (count_ == 0) return;
   ++version_;
   count_ = 0;
-  for (std::uint32_t i = 0; i < buckets_; ++i)
+  for (std::uint32_t i = 0; i < buckets_; ++i) {
+    Foothold::holdAll(); // Each time: the end of a member may bring a new iterator.
     for (Head chain = std::move(bucketArray_[i]); chain;) {
       Head rest = std::move(linkOf(chain.ptr(), link));
       chain = std::move(rest);
     }
+  }
 }
 
 HashMapGeneric::Head* HashMapGeneric::newArray(std::uint32_t buckets) {

@@ -53,18 +53,7 @@ public:
   PtrInterface* findNextG(VTable const& table, std::size_t link, int, PtrInterface const* member, int* bucket,
                           void const* key) const;
   // Raises the index to the next bucket that isn't empty. RETURNS its head, or null.
-  PtrInterface* findNextBucketG(int* bucket) const {
-    for (std::uint32_t i = static_cast<std::uint32_t>(*bucket + 1); i < buckets_; ++i) {
-      // The walk will come to these members soon, and each would have to be waited for.
-      __builtin_prefetch(head((i + kPrefetched) & (buckets_ - 1)));
-      if (PtrInterface* const found = head(i)) {
-        *bucket = static_cast<int>(i);
-        return found;
-      }
-    }
-    *bucket = -1;
-    return nullptr;
-  }
+  PtrInterface* findNextBucketG(int* bucket) const { return nextHead(bucket, 0); }
   void emptyAllBucketsG(VTable const& table, std::size_t link, int);
 
   std::uint32_t bucketOf(std::uint32_t reversed) const { return buckets_ == 1 ? 0 : reversed >> shift_; }
@@ -80,8 +69,28 @@ protected:
   // One bucket serves up to this many members; a small collection needs no array.
   static constexpr std::uint32_t kFirstCapacity = 4;
 
-  // So many buckets ahead of a walk its members are asked for.
-  static constexpr std::uint32_t kPrefetched = 8;
+  // A walk will soon come to the members so many buckets ahead, and each would have to be waited for.
+  static constexpr std::uint32_t kAhead = 8;
+  // The members of a table with fewer buckets are near anyway.
+  static constexpr std::uint32_t kManyBuckets = 4096;
+  static void askFor(PtrInterface const* member, std::size_t link) {
+    __builtin_prefetch(member);
+    __builtin_prefetch(reinterpret_cast<char const*>(member) + link);
+  }
+
+  // What findNextBucketG does, with the place of the link in a member.
+  PtrInterface* nextHead(int* bucket, std::size_t link) const {
+    if (__builtin_expect(buckets_ >= kManyBuckets, false)) return nextFarHead(bucket, link);
+    for (auto i = static_cast<std::uint32_t>(*bucket + 1); i < buckets_; ++i)
+      if (PtrInterface* const found = head(i)) {
+        *bucket = static_cast<int>(i);
+        return found;
+      }
+    *bucket = -1;
+    return nullptr;
+  }
+  // The same, and asks for the members that come later.
+  PtrInterface* nextFarHead(int* bucket, std::size_t link) const;
 
   std::uint32_t capacity() const { return buckets_ == 1 ? kFirstCapacity : buckets_; }
   Head& headRef(std::uint32_t bucket) { return bucketArray_[bucket]; }
@@ -96,6 +105,7 @@ protected:
     Head* at = &bucketArray_[bucketOf(reversed)];
     while (*at && at->ptr() != member) at = &linkOf(at->ptr(), link);
     if (!*at) return;
+    Foothold::holdAll();
     --count_;
     ++version_;
     Head const gone = std::move(*at);
@@ -108,7 +118,7 @@ protected:
     *bucket = static_cast<int>(bucketOf(reversed));
     PtrInterface* at = bucketArray_[*bucket].ptr();
     while (at && !isPast(at)) at = linkOf(at, link).ptr();
-    return at ? at : findNextBucketG(bucket);
+    return at ? at : nextHead(bucket, link);
   }
 
   std::uint32_t version_ = 0;
@@ -130,7 +140,7 @@ template <class HashOf> void HashMapGeneric::grow(std::size_t link, HashOf const
   std::uint32_t const shift = 32 - static_cast<std::uint32_t>(__builtin_ctz(wider));
   Head* const array = newArray(wider);
   for (std::uint32_t i = 0; i < buckets_; ++i) {
-    __builtin_prefetch(head((i + kPrefetched) & (buckets_ - 1)));
+    askFor(head((i + kAhead) & (buckets_ - 1)), link);
     Head rest = std::move(bucketArray_[i]);
     Head* tail = nullptr;
     std::uint32_t last = 0;

@@ -71,11 +71,11 @@ private:
   T* tail_ = nullptr; // In the chain from head_; null when the queue is empty.
 };
 
-// Stands on a member, which it holds, or on none.
+// Stands on a member, which can't end meanwhile, or on none.
 template <class T, class K> class LinkQueue<T, K>::IteratorConstBase : public BaseIteratorConst<T> {
 public:
-  bool hasBookmark() const override { return this->member_ && this->member_->fwkQkey() != K(); }
-  K key() const { return this->member_->fwkQkey(); }
+  bool hasBookmark() const override { return *this && key() != K(); }
+  K key() const { return this->current()->fwkQkey(); }
   // REQUIRES: the iterator stands on a member.
   void advance();
 
@@ -108,6 +108,7 @@ template <class T, class K> Ptr<T> LinkQueue<T, K>::memberDel(T* member) {
   T* before = nullptr;
   for (T* at = head(); at && at != member; at = next(at)) before = at;
   Ptr<PtrInterface>& holder = before ? before->fwkQNext_ : head_;
+  Foothold::holdAll();
   Ptr<T> held(member);
   Ptr<PtrInterface> leaving = std::move(holder);
   holder = std::move(held->fwkQNext_);
@@ -133,12 +134,11 @@ template <class T, class K> T* LinkQueue<T, K>::startAt(K key) const {
 template <class T, class K> void LinkQueue<T, K>::IteratorConstBase::advance() {
   auto const* queue = static_cast<LinkQueue const*>(this->collection_);
   if (version_ == queue->version()) {
-    this->member_ = Ptr<T>(next(this->member_.ptr()));
+    this->currentIs(next(this->current()));
   } else {
-    K const key = this->member_->fwkQkey();
-    T* at = queue->startAt(key);
-    if (at && at->fwkQkey() == key) at = next(at);
-    this->member_ = Ptr<T>(at);
+    T* at = queue->startAt(key());
+    if (at && at->fwkQkey() == key()) at = next(at);
+    this->currentIs(at);
     version_ = queue->version();
   }
   stepState_ = 0;

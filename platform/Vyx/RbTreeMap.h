@@ -26,7 +26,7 @@ public:
   RbTreeMap& operator=(RbTreeMap const& o);
   ~RbTreeMap() override {
     if constexpr (requires(T & member) { member.vyxParentGone(); })
-      for (IteratorConst at(*this); at; ++at) at.member()->vyxParentGone();
+      for (IteratorConst at(*this); at; ++at) at.current()->vyxParentGone();
     this->deleteAllG(link());
   }
 
@@ -108,13 +108,13 @@ private:
   T* at_;
 };
 
-// Stands on a member, which it holds, or on none.
+// Stands on a member, which can't end meanwhile, or on none.
 template <class T, class K> class RbTreeMap<T, K>::IteratorConstBase : public BaseIteratorConst<T> {
 public:
-  bool hasBookmark() const override { return this->member_ && !(K(this->member_->fwkKey()) == K()); }
+  bool hasBookmark() const override { return *this && !(K(key()) == K()); }
   // REQUIRES: the iterator stands on a member.
   void advance();
-  decltype(auto) key() const { return this->member_->fwkKey(); }
+  decltype(auto) key() const { return this->current()->fwkKey(); }
   std::uint32_t version() const { return version_; }
 
 protected:
@@ -207,9 +207,9 @@ template <class T, class K> void RbTreeMap<T, K>::copyMembers(RbTreeMap const& o
 template <class T, class K> void RbTreeMap<T, K>::IteratorConstBase::advance() {
   auto const* map = static_cast<RbTreeMap const*>(this->collection_);
   if (version_ == map->version()) {
-    this->member_ = Ptr<T>(successor(this->member_.ptr()));
+    this->currentIs(successor(this->current()));
   } else {
-    this->member_ = Ptr<T>(map->findNext(this->member_->fwkKey()));
+    this->currentIs(map->findNext(key()));
     version_ = map->version();
     seekState_ = 0;
   }

@@ -110,6 +110,7 @@ void RbTreeMapGeneric::memberReplace(unsigned link, int, Node const& old, Node c
   RbTreeLinks* from = linksOf(old.ptr(), link);
   RbTreeLinks* to = linksOf(member.ptr(), link);
   Node& holder = holderOf(link, from);
+  Foothold::holdAll();
   Node leaving = std::move(holder);
   to->parent = std::exchange(from->parent, nullptr);
   to->red = std::exchange(from->red, 0);
@@ -125,6 +126,7 @@ void RbTreeMapGeneric::_memberDelG(unsigned link, int, PtrInterface const* membe
   RbTreeLinks* at = linksOf(member, link);
   Node& holder = holderOf(link, at);
   if (holder.ptr() != member) return;
+  Foothold::holdAll();
   --count_;
   ++version_;
   Node leaving = std::move(holder);
@@ -158,6 +160,7 @@ void RbTreeMapGeneric::_memberDelG(unsigned link, int, PtrInterface const* membe
 }
 
 void RbTreeMapGeneric::deleteAllG(unsigned link) {
+  Foothold::holdAll();
   Node spine = std::move(root_);
   count_ = 0;
   ++version_;

@@ -70,7 +70,7 @@ VyxAttr* VyxType::attr(AttributeId id) const {
 void VyxType::attrDel(Name const& name) {
   for (AttributeQIteratorConst at(*this); at; ++at)
     if (at->name() == name) {
-      attributeQ_.memberDel(at.member().ptr());
+      attributeQ_.memberDel(at.current());
       return;
     }
 }

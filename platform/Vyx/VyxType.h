@@ -124,8 +124,8 @@ private:
 class VyxType::AttributeQIteratorConst : public AttributeQ::IteratorConst {
 public:
   explicit AttributeQIteratorConst(VyxType const& type) : AttributeQ::IteratorConst(type.attributeQ()) {}
-  VyxAttr& operator*() const { return *member()->attr(); }
-  VyxAttr* operator->() const { return member()->attr().ptr(); }
+  VyxAttr& operator*() const { return *current()->attr(); }
+  VyxAttr* operator->() const { return current()->attr().ptr(); }
 };
 
 } // namespace Vyx
