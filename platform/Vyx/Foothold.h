@@ -1,14 +1,15 @@
 // What an iterator stands on: a member of a collection, which can't end meanwhile, or nothing.
 //
 // The hold is taken only when it matters. A member that is in its collection is held by that; the moment
-// before any member leaves any collection, every iterator takes its own hold (holdAll). So a quiet walk counts
-// nothing. Where counts are locked operations, since there are other threads, an iterator holds its member from
-// the start.
+// before any member leaves any collection, every iterator takes its own hold (holdAll). So a quiet walk
+// counts nothing. Where counts are locked operations, since there are other threads, an iterator holds its
+// member from the start.
 //
 // Invariants:
 // (1) One that is linked counts nothing; it stands on a member that is in a collection, or on nothing.
 // (2) One that isn't linked holds what it stands on.
-// (3) Those that are linked are in the list of one thread, which is the only one that touches counted objects.
+// (3) Those that are linked are in the list of one thread, which is the only one that touches counted
+// objects.
 
 #pragma once
 

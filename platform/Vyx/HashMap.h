@@ -135,8 +135,8 @@ private:
   T* at_;
 };
 
-// Stands on a member, which can't end meanwhile, or on none. Seek to the first member by the default, to the first at or
-// past a key by that key.
+// Stands on a member, which can't end meanwhile, or on none. Seek to the first member by the default, to the
+// first at or past a key by that key.
 template <class T, class K> class HashMap<T, K>::IteratorConst {
 public:
   IteratorConst() = default;

@@ -1,5 +1,5 @@
-// Many iterators over two collections under random scripts: each goes the way of a plain model, and its member
-// stays as it was. Nothing is left over at the end.
+// Many iterators over two collections under random scripts: each goes the way of a plain model, and its
+// member stays as it was. Nothing is left over at the end.
 
 #include "support/Random.h"
 #include "support/Records.h"
@@ -74,8 +74,8 @@ protected:
     Shelf& shelf = shelves[which];
     using At = typename Map::IteratorConst;
     bool const first = random.oneIn(2);
-    readers.push_back(std::make_unique<Reader>(
-        Reader{which, first ? At(shelf.map) : At(shelf.map, key), false, 0, 0}));
+    readers.push_back(
+        std::make_unique<Reader>(Reader{which, first ? At(shelf.map) : At(shelf.map, key), false, 0, 0}));
     place(*readers.back(), first ? shelf.model.begin() : shelf.model.lower_bound(key));
   }
   void step() {
