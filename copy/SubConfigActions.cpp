@@ -1,12 +1,13 @@
 #include "SubConfigActions.h"
 
 #include "CopyTrace.h"
+#include "frame/LineCast.h"
 
 namespace Pbr {
 
 ClassActions::ClassActions(PolicyMap::ClassAction const& of)
-    : forward(Vyx::dynamicPtrCast<PbrFwdAction>(of.policyAction(PolicyMap::actionPbrForward))),
-      setDscp(Vyx::dynamicPtrCast<PbrActionSetDscp>(of.policyAction(PolicyMap::actionPbrSetDscp))) {}
+    : forward(frame::linePtrCast<PbrFwdAction>(of.policyAction(PolicyMap::actionPbrForward))),
+      setDscp(frame::linePtrCast<PbrActionSetDscp>(of.policyAction(PolicyMap::actionPbrSetDscp))) {}
 
 void deleteSubConfigActions(Vyx::Ptr<Config> const& config,
                             Vyx::Ptr<PolicyMap::PolicyMapSubConfig> const& subConfig) {

@@ -18,7 +18,7 @@ public:
   // RETURNS the member of that key, or null.
   Vyx::Ptr<Member> find(typename Map::Key const& key) {
     bool const isNext = next_ && next_.version() == map_.version() && next_.key() == key;
-    Vyx::Ptr<Member> found = isNext ? next_.member() : Vyx::Ptr<Member>(map_.find(key));
+    Vyx::Ptr<Member> found = isNext ? next_.member() : Vyx::Ptr<Member>(map_.place(key).member);
     if (!found) return found;
     if (!isNext) next_ = typename Map::IteratorConst(map_, key);
     next_.advance();

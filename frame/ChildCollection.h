@@ -37,14 +37,22 @@ void checkMember(typename Attr::ChildType const& member, Arguments const&... arg
     checkParameters(member, arguments...);
 }
 
+// Makes a child, lets `enter` link it and attaches it.
+template <class Attr, class Enter, class... Arguments>
+Vyx::Ptr<typename Attr::ChildType> attachedMember(typename Attr::Owner& of, Enter const& enter,
+                                                  Arguments const&... arguments) {
+  auto child = madeMember<Attr>(arguments...);
+  child->parentAttrIdIs(Attr::id);
+  enter(child);
+  child->parentIs(Vyx::Ptr<Vyx::Entity>(&of));
+  return child;
+}
+
 // Makes a child, enters it in the collection and attaches it. REQUIRES: the key is absent. Nobody is told.
 template <class Attr, class... Arguments>
 Vyx::Ptr<typename Attr::ChildType> newMember(typename Attr::Owner& of, Arguments const&... arguments) {
-  auto child = madeMember<Attr>(arguments...);
-  child->parentAttrIdIs(Attr::id);
-  Attr::field(of).newMember(child);
-  child->parentIs(Vyx::Ptr<Vyx::Entity>(&of));
-  return child;
+  return attachedMember<Attr>(
+      of, [&](auto const& child) { Attr::field(of).newMember(child); }, arguments...);
 }
 
 // RETURNS the member of that key, never null: the one that is there, else a new one.
@@ -53,11 +61,14 @@ Vyx::Ptr<typename Attr::ChildType> newMember(typename Attr::Owner& of, Arguments
 template <class Attr, class... Arguments>
 Vyx::Ptr<typename Attr::ChildType> memberIs(typename Attr::Owner& of, typename Attr::Key const& key,
                                             Arguments const&... arguments) {
-  if (auto* there = Attr::field(of).find(key)) {
-    checkMember<Attr>(*there, arguments...);
-    return there;
+  auto& map = Attr::field(of);
+  auto const place = map.place(key);
+  if (place.member) {
+    checkMember<Attr>(*place.member, arguments...);
+    return place.member;
   }
-  auto child = newMember<Attr>(of, arguments...);
+  auto child = attachedMember<Attr>(
+      of, [&](auto const& fresh) { map.newMember(fresh, place); }, arguments...);
   notify<Attr>(of, key);
   return Vyx::validPtr(std::move(child));
 }

@@ -8,7 +8,7 @@
 
 namespace frame {
 
-template <class Attr> class ChildCollectionOps final : public Ops<Attr> {
+template <class Attr> class ChildCollectionOps final : public CopiedOps<Attr> {
 public:
   using typename Ops<Attr>::Owner;
   using Key = typename Attr::Key;

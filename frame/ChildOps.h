@@ -7,7 +7,7 @@
 
 namespace frame {
 
-template <class Attr> class ChildOps final : public Ops<Attr> {
+template <class Attr> class ChildOps final : public CopiedOps<Attr> {
 public:
   Operand op(GenericIf& self, OpId code, Index const& index, Operand const&) const override {
     this->refuseIndex(index);

@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include "Vyx/Ptr.h"
+
 #include <array>
 #include <atomic>
 #include <cstdint>
@@ -31,6 +33,10 @@ template <class To, class From> To* lineCast(From* object) {
     slot.store(table | (to ? 1 : 0), std::memory_order_relaxed);
     return to;
   }
+}
+
+template <class To, class From> Vyx::Ptr<To> linePtrCast(Vyx::Ptr<From> const& p) {
+  return lineCast<To>(p.ptr());
 }
 
 } // namespace frame

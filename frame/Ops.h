@@ -32,6 +32,13 @@ protected:
   }
 };
 
+// What all kinds share that a copy carries over.
+template <class Attr> class CopiedOps : public Ops<Attr> {
+public:
+  bool isCopied() const override { return true; }
+  bool copy(Vyx::Entity& dest, Vyx::Entity const& src, Vyx::EntityCopier& copier) const override = 0;
+};
+
 // The one stateless object of a kind of operations.
 template <class AttrOps> AttrOps const& opsInstance() {
   static AttrOps const ops;

@@ -17,7 +17,7 @@ public:
   }
 };
 
-template <class Attr> class ScalarOps : public Ops<Attr> {
+template <class Attr> class ScalarOps : public CopiedOps<Attr> {
 public:
   using typename Ops<Attr>::Owner;
   using typename Ops<Attr>::Type;

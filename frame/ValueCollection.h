@@ -29,13 +29,14 @@ Vyx::Ptr<typename Attr::Record> newValue(typename Attr::Owner& of, typename Attr
 // NOTIFIES: onA(key), after the store.
 template <class Attr>
 void valueIs(typename Attr::Owner& of, typename Attr::Key const& key, typename Attr::Type const& value) {
-  auto* record = Attr::field(of).find(key);
-  if (!record)
-    newValue<Attr>(of, key, value);
-  else if (record->value() == value)
+  auto& map = Attr::field(of);
+  auto const place = map.place(key);
+  if (!place.member)
+    map.newMember(Vyx::ptrFromNew(new typename Attr::Record(key, value)), place);
+  else if (place.member->value() == value)
     return;
   else
-    record->valueIs(value);
+    place.member->valueIs(value);
   notify<Attr>(of, key);
 }
 

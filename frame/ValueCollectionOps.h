@@ -25,7 +25,7 @@ template <class Map> bool sameValues(Map const& a, Map const& b) {
   return true;
 }
 
-template <class Attr> class ValueCollectionOps final : public Ops<Attr> {
+template <class Attr> class ValueCollectionOps final : public CopiedOps<Attr> {
 public:
   using typename Ops<Attr>::Owner;
   using Key = typename Attr::Key;
@@ -85,7 +85,7 @@ private:
   }
 };
 
-template <class Attr> class QueueOps final : public Ops<Attr> {
+template <class Attr> class QueueOps final : public CopiedOps<Attr> {
 public:
   using typename Ops<Attr>::Owner;
   using Type = typename Attr::Type;

@@ -15,7 +15,8 @@ namespace {
 // The nearest type that both entities are of; null for entities of different lines.
 Vyx::VyxType const* commonType(Vyx::Entity const& dest, Vyx::Entity const& src) {
   Vyx::VyxType const* type = src.fwkType();
-  while (type && !dest.fwkType()->isA(type)) type = type->baseType();
+  Vyx::VyxType const* const other = dest.fwkType();
+  while (type && type != other && !other->isA(type)) type = type->baseType();
   return type;
 }
 
@@ -41,10 +42,9 @@ public:
     Vyx::VyxType const* type = commonType(dest, src);
     if (!type) return false;
     bool changed = false;
-    for (auto const* at = type->attributeQ().head(); at; at = Vyx::VyxType::AttributeQ::next(at)) {
-      Vyx::VyxAttr const& attr = *at->attr();
-      if (!attr.ops() || (filter_ && !filter_->accepts(type->fullTypeName(), attr.name()))) continue;
-      changed = attr.ops()->copy(dest, src, *this) || changed;
+    for (Vyx::VyxAttr const* attr : type->copiedAttributes()) {
+      if (filter_ && !filter_->accepts(type->fullTypeName(), attr->name())) continue;
+      changed = attr->ops()->copy(dest, src, *this) || changed;
     }
     return changed;
   }

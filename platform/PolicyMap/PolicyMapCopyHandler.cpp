@@ -7,6 +7,7 @@
 
 #include "Cli/Session.h"
 #include "PolicyMap/PolicyMap.h"
+#include "frame/LineCast.h"
 
 namespace PolicyMap {
 
@@ -61,8 +62,8 @@ bool hasActionsOf(PolicyMapSubConfig const& a, PolicyMapSubConfig const& b) {
 bool PolicyMapCopyHandler::handleEntity(Vyx::Ptr<Cli::Session::EntityCopy> const& ec,
                                         Vyx::Ptr<Vyx::Entity> const& dest,
                                         Vyx::Ptr<Vyx::Entity const> const& src, Vyx::String8 path) {
-  auto const to = Vyx::dynamicPtrCast<PolicyMapConfig>(dest);
-  auto const from = Vyx::dynamicPtrCast<PolicyMapConfig const>(src);
+  auto const to = frame::linePtrCast<PolicyMapConfig>(dest);
+  auto const from = frame::linePtrCast<PolicyMapConfig const>(src);
   if (!to || !from) return false;
   bool changed = false;
   for (auto at = to->subconfigIterator(); at; ++at) {

@@ -129,5 +129,6 @@ std::unique_ptr<GenericIf::AnyIterator> AttributeOps::iterator(GenericIf const&,
   return nullptr;
 }
 bool AttributeOps::copy(Entity&, Entity const&, EntityCopier&) const { return false; }
+bool AttributeOps::isCopied() const { return false; }
 
 } // namespace Vyx

@@ -187,6 +187,8 @@ public:
   // anything was written. Both are of the type that has the attribute. What is fixed at construction isn't
   // copied.
   virtual bool copy(Entity& dest, Entity const& src, EntityCopier& copier) const;
+  // Whether `copy` can ever do anything.
+  virtual bool isCopied() const;
 
 protected:
   ~AttributeOps() = default;

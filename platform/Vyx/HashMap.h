@@ -69,9 +69,26 @@ public:
     return at;
   }
 
+  // One look for a key: its member, or, where that is null, the place where the key would be linked. Good
+  // until the table changes.
+  struct Place {
+    T* member;
+    HashLink* link;
+    std::uint32_t version;
+  };
+  Place place(K const& key) const;
+
   // Links a member. REQUIRES: it is in no table, and its key isn't in this one.
   void newMember(Ptr<T> const& member, std::uint32_t reversed);
   void newMember(Ptr<T> const& member) { newMember(member, reversedHash<K>(member->fwkKey())); }
+  // The same, where `place` was found for the member's key. A place that is no longer good is looked for
+  // again.
+  void newMember(Ptr<T> const& member, Place const& place) {
+    if (__builtin_expect(place.version == this->version_, true))
+      linkMember(*place.link, member);
+    else
+      newMember(member);
+  }
 
   // RETURNS the member, unlinked; null when the key is absent.
   Ptr<T> _memberDel(K key) {
@@ -100,6 +117,7 @@ private:
 #pragma GCC diagnostic pop
   T* chain(std::uint32_t reversed) const { return static_cast<T*>(this->head(this->bucketOf(reversed))); }
   static T const* of(PtrInterface const* member) { return static_cast<T const*>(member); }
+  void linkMember(HashLink& at, Ptr<T> const& member);
   T* headBehind(int* bucket) const { return static_cast<T*>(this->nextHead(bucket, link())); }
   // Whether the member stands behind the key, which may be in the table or not.
   static bool isBehind(T const* member, std::uint32_t reversed, K const& key) {
@@ -187,12 +205,33 @@ public:
 };
 
 template <class T, class K> void HashMap<T, K>::newMember(Ptr<T> const& member, std::uint32_t reversed) {
-  require(!member->fwkHmNext_, "t->fwkHmNext() == 0", "Vyx/HashMap", 352);
   K const& key = member->fwkKey();
   HashLink* at = &this->headRef(this->bucketOf(reversed));
   for (T* n = static_cast<T*>(at->ptr()); n && !isBehind(n, reversed, key); n = next(n)) at = &n->fwkHmNext_;
-  member->fwkHmNext_ = std::move(*at);
-  *at = member;
+  linkMember(*at, member);
+}
+
+template <class T, class K> typename HashMap<T, K>::Place HashMap<T, K>::place(K const& key) const {
+  std::uint32_t const reversed = reversedHash(key);
+  HashLink* at = &this->headRef(this->bucketOf(reversed));
+  for (T* n = static_cast<T*>(at->ptr()); n; n = next(n)) {
+    K const& there = n->fwkKey();
+    std::uint32_t const other = reversedHash<K>(there);
+    if (reversed < other) break;
+    if (reversed == other) {
+      if (there == key) return {n, at, this->version_};
+      if (key < there) break;
+    }
+    at = &n->fwkHmNext_;
+  }
+  return {nullptr, at, this->version_};
+}
+
+// The link is that of the member's place.
+template <class T, class K> void HashMap<T, K>::linkMember(HashLink& at, Ptr<T> const& member) {
+  require(!member->fwkHmNext_, "t->fwkHmNext() == 0", "Vyx/HashMap", 352);
+  member->fwkHmNext_ = std::move(at);
+  at = member;
   ++this->count_;
   ++this->version_;
   this->maybeGrow(link(), [](PtrInterface const* m) { return reversedHash<K>(of(m)->fwkKey()); });

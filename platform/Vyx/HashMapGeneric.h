@@ -93,7 +93,7 @@ protected:
   PtrInterface* nextFarHead(int* bucket, std::size_t link) const;
 
   std::uint32_t capacity() const { return buckets_ == 1 ? kFirstCapacity : buckets_; }
-  Head& headRef(std::uint32_t bucket) { return bucketArray_[bucket]; }
+  Head& headRef(std::uint32_t bucket) const { return bucketArray_[bucket]; }
 
   // What the operations above do, for those who know more of a member than its table of operations.
 

@@ -46,9 +46,23 @@ public:
   T* findNext(K key) const;
   T* first() const { return root() ? leftmost(root()) : nullptr; }
 
+  // One look for a key: its member, or, where that is null, the place where the key would be linked. Good
+  // until the tree changes.
+  struct Place {
+    T* member;
+    T* above; // Null in an empty tree.
+    bool toLeft;
+    std::uint32_t version;
+  };
+  // Quick for a key behind all others: members mostly come in order.
+  Place place(K const& key) const;
+
   // A member of the same key leaves; the new one keeps its own value.
-  void memberIs(Ptr<T> const& member);
+  void memberIs(Ptr<T> const& member) { newMember(member, place(member->fwkKey())); }
   void newMember(Ptr<T> const& member) { memberIs(member); }
+  // The same, where `place` was found for the member's key. A place that is no longer good is looked for
+  // again.
+  void newMember(Ptr<T> const& member, Place const& place);
 
   // RETURNS the member, unlinked; null when the key is absent.
   Ptr<T> _memberDel(K key) {
@@ -177,20 +191,31 @@ template <class T, class K> T* RbTreeMap<T, K>::findNext(K key) const {
   return candidate;
 }
 
-template <class T, class K> void RbTreeMap<T, K>::memberIs(Ptr<T> const& member) {
-  K const& key = member->fwkKey();
-  T* node = nullptr;
-  bool toLeft = true;
-  for (T* at = root(); at; at = toLeft ? left(at) : right(at)) {
-    node = at;
+template <class T, class K> typename RbTreeMap<T, K>::Place RbTreeMap<T, K>::place(K const& key) const {
+  Place found{nullptr, nullptr, true, this->version_};
+  T* at = root();
+  if (!at) return found;
+  T* last = at;
+  while (T* higher = right(last)) last = higher;
+  if (last->fwkKey() < key) return {nullptr, last, false, this->version_};
+  for (; at; at = found.toLeft ? left(at) : right(at)) {
     K const& there = at->fwkKey();
     if (there == key) {
-      this->memberReplace(link(), 0, Ptr<PtrInterface>(node), member);
-      return;
+      found.member = at;
+      break;
     }
-    toLeft = key < there;
+    found.above = at;
+    found.toLeft = key < there;
   }
-  this->memberNewChild(link(), 0, Ptr<PtrInterface>(node), member, toLeft);
+  return found;
+}
+
+template <class T, class K> void RbTreeMap<T, K>::newMember(Ptr<T> const& member, Place const& place) {
+  if (__builtin_expect(place.version != this->version_, false)) return memberIs(member);
+  if (place.member)
+    this->memberReplace(link(), 0, Ptr<PtrInterface>(place.member), member);
+  else
+    this->memberNewChild(link(), 0, Ptr<PtrInterface>(place.above), member, place.toLeft);
 }
 
 template <class T, class K> RbTreeMap<T, K>& RbTreeMap<T, K>::operator=(RbTreeMap const& o) {

@@ -84,6 +84,13 @@ void VyxType::attributeQEnq(Ptr<VyxAttr> const& attr) {
   attributeQ_.enq(ptrFromNew(new VyxAttributeQ(nextKey_++, attr)));
 }
 
+void VyxType::findCopied() const {
+  copied_.clear();
+  for (auto const* at = attributeQ_.head(); at; at = AttributeQ::next(at))
+    if (at->attr()->ops() && at->attr()->ops()->isCopied()) copied_.push_back(at->attr().ptr());
+  copiedOf_ = attributeQ_.version();
+}
+
 void VyxType::typeFlagsDoEmbeddedWriteConstraints() {}
 
 void VyxType::typeNodeIs(VyxType const* type, Name const& fullName) {

@@ -68,6 +68,11 @@ public:
   VyxAttr* attr(Name const& name) const;
   VyxAttr* attr(AttributeId id) const;
   AttributeQ const& attributeQ() const { return attributeQ_; }
+  // Those of the queue that a copy carries over. REQUIRES: the record is filled.
+  std::vector<VyxAttr const*> const& copiedAttributes() const {
+    if (__builtin_expect(copiedOf_ != attributeQ_.version(), false)) findCopied();
+    return copied_;
+  }
   VyxAttr const* valAttr() const { return valAttr_; }
   std::vector<Name> const& constructorArgNameQ() const { return constructorArgNameQ_; }
   std::vector<Name> const& constructorArgTypeQ() const { return constructorArgTypeQ_; }
@@ -103,6 +108,7 @@ protected:
   virtual void typeFlagsDoEmbeddedWriteConstraints();
 
 private:
+  void findCopied() const;
   void flagIs(std::uint32_t& word, std::uint32_t bit, bool value) {
     if (((word & bit) != 0) == value) return;
     word ^= bit;
@@ -115,6 +121,8 @@ private:
   unsigned nextKey_ = 1;
   mutable Name fullName_;
   AttributeQ attributeQ_;
+  mutable std::vector<VyxAttr const*> copied_;
+  mutable std::uint32_t copiedOf_ = 0; // The version of the queue that copied_ is made of.
   VyxAttr const* valAttr_ = nullptr;
   std::vector<Name> constructorArgNameQ_;
   std::vector<Name> constructorArgTypeQ_;

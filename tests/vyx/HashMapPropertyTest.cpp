@@ -31,7 +31,13 @@ protected:
 
   // As a setter does: an absent key enters.
   void insert(K const& key) {
-    if (model.emplace(key, ++made).second) enter(map, key, made);
+    auto const place = map.place(key);
+    EXPECT_EQ(map.find(key), place.member);
+    if (!model.emplace(key, ++made).second) return;
+    if (random.oneIn(4))
+      enter(map, key, made);
+    else
+      map.newMember(Vyx::ptrFromNew(new Record(key, made)), place);
   }
   void remove(K const& key) {
     Vyx::Ptr<Record> const member = map._memberDel(key);

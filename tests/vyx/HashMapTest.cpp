@@ -245,6 +245,20 @@ TEST_F(HashMapTest, GrowthUnderAnIteratorLosesNothing) {
   EXPECT_EQ("0 8 4 12 2 10 6 14 1 9 5 13 3 11 7 15", keysFrom(at));
 }
 
+TEST_F(HashMapTest, PlaceThatIsNoLongerGoodIsLookedForAgain) {
+  fill(4);
+  auto const place = map.place(6);
+  EXPECT_EQ(nullptr, place.member);
+  for (unsigned key = 8; key < 16; ++key) enter(map, key);
+  map.newMember(Vyx::ptrFromNew(new NumberRecord(6)), place);
+  EXPECT_EQ("0 8 12 2 10 6 14 1 9 13 3 11 15", keysOf(map));
+}
+
+TEST_F(HashMapTest, PlaceOfAMemberIsTheMember) {
+  fill(8);
+  EXPECT_EQ(map.find(5), map.place(5).member);
+}
+
 TEST_F(HashMapTest, LoopMayDeleteEveryMember) {
   fill(20);
   unsigned met = 0;

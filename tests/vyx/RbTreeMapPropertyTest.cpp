@@ -20,7 +20,12 @@ protected:
   // An existing key is replaced.
   void insert(int key) {
     model[key] = ++made;
-    enter(tree, key, made);
+    auto const place = tree.place(key);
+    EXPECT_EQ(tree.find(key), place.member);
+    if (random.oneIn(4))
+      enter(tree, key, made);
+    else
+      tree.newMember(Vyx::ptrFromNew(new Record(key, made)), place);
   }
   void remove(int key) {
     auto const member = tree._memberDel(key);

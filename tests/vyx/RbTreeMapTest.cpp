@@ -1,6 +1,7 @@
 #include "Vyx/RbTreeMap.h"
 #include "Vyx/Entity.h"
 #include "support/Records.h"
+#include "support/TreeChecks.h"
 #include "support/Walks.h"
 
 #include <gtest/gtest.h>
@@ -159,6 +160,17 @@ TEST_F(RbTreeMapTest, ReplacedMemberUnderAnIteratorIsLeftBehind) {
   EXPECT_EQ(20, at.member()->value());
   ++at;
   EXPECT_EQ(3, at.key());
+}
+
+TEST_F(RbTreeMapTest, PlaceThatIsNoLongerGoodIsLookedForAgain) {
+  fill({1, 3});
+  auto const place = tree.place(5);
+  EXPECT_EQ(nullptr, place.member);
+  tree._memberDel(3);
+  fill({9, 7});
+  tree.newMember(Vyx::ptrFromNew(new Record(5)), place);
+  EXPECT_EQ("1 5 7 9", keysOf(tree));
+  EXPECT_EQ(4U, TreeChecks<Record>::check(tree));
 }
 
 TEST_F(RbTreeMapTest, IteratorsReleaseThroughTheCollection) {
