@@ -116,7 +116,7 @@ public:
   void change(bool odd) {
     source_->pbrActions()->fwdAction(actionId(0, 0))->nexthopGroupIs(odd ? "odd" : "even");
   }
-  bool copy() { return handler_->handleEntity(copy_, dest_, source_, "bench"); }
+  bool copy() { return handler_->handleEntity(copy_, dest_, source_, path_); }
   Pbr::Config* watched() { return dest_.ptr(); }
 
 private:
@@ -125,6 +125,7 @@ private:
   Vyx::Ptr<Pbr::ConfigCopyHandlerDir> dir_ = Pbr::configCopyHandlerDirFactory("bench");
   Vyx::Ptr<Pbr::ConfigCopyHandler> handler_ = dir_->configHandlerIs();
   Vyx::Ptr<Cli::Session::EntityCopy> copy_ = Cli::Session::entityCopyFactory();
+  Vyx::String8 const path_ = "bench";
 };
 
 class PlainSubject {

@@ -126,6 +126,8 @@ private:
   }
 
   void policyMaps() {
+    // A run over equal trees takes nothing from the heap for its many paths.
+    static thread_local Vyx::TextBuffer path("pbr/config.pmapType.pmap.");
     auto const to = dest_->pmapType();
     auto const from = src_->pmapType();
     frame::Beside beside(PolicyMapTypeConfig::VyxAttrPmap::field(*to));
@@ -134,9 +136,7 @@ private:
       if (!pmap) pmap = to->pmapIs(at.key());
       Vyx::require(static_cast<bool>(pmap), "pmap", "Pbr/PbrCopy", __LINE__);
       traceCopy(9, __LINE__, kFunction, kFunction, " copying ", at.key());
-      // A run over equal trees takes nothing from the heap for its many paths.
-      Vyx::String8 const& path = pmapPath_.joined("pbr/config.pmapType.pmap.", at.key().charPtr());
-      changed_ = handler_->handleEntity(ec_, pmap, at.member(), path) || changed_;
+      changed_ = handler_->handleEntity(ec_, pmap, at.member(), path.with(at.key().charPtr())) || changed_;
     }
   }
 
@@ -144,7 +144,6 @@ private:
   Vyx::Ptr<Config> const& dest_;
   Vyx::Ptr<Config const> const& src_;
   Vyx::String8 path_;
-  Vyx::TextBuffer pmapPath_;
   Vyx::Ptr<PolicyMapCopyHandler> handler_; // Lives for this run; works on the destination's actions.
   bool changed_ = false;
 };

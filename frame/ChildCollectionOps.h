@@ -51,7 +51,8 @@ public:
       ChildType const& model = *at.current();
       Vyx::Ptr<ChildType> child = beside.find(model.fwkKey());
       if (!child || !sameParameters(*child, model)) {
-        child = remade(of, model);
+        if (child) memberDel<Attr>(of, model.fwkKey());
+        child = Attr::like(of, model);
         changed = true;
       }
       changed = copier.copyEntity(*child, model) || changed;
@@ -66,10 +67,6 @@ private:
     for (typename Map::Walk other(b); other; ++other, ++at)
       if (!(at->fwkKey() == other->fwkKey())) return false;
     return true;
-  }
-  static Vyx::Ptr<ChildType> remade(Owner& of, ChildType const& model) {
-    memberDel<Attr>(of, model.fwkKey());
-    return Attr::like(of, model);
   }
 };
 

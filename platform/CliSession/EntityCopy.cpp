@@ -8,6 +8,8 @@
 
 #include "Vyx/GenericIf.h"
 
+#include <typeinfo>
+
 namespace Cli::Session {
 
 namespace {
@@ -15,8 +17,9 @@ namespace {
 // The nearest type that both entities are of; null for entities of different lines.
 Vyx::VyxType const* commonType(Vyx::Entity const& dest, Vyx::Entity const& src) {
   Vyx::VyxType const* type = src.fwkType();
+  if (typeid(dest) == typeid(src)) return type;
   Vyx::VyxType const* const other = dest.fwkType();
-  while (type && type != other && !other->isA(type)) type = type->baseType();
+  while (type && !other->isA(type)) type = type->baseType();
   return type;
 }
 

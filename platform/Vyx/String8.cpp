@@ -1,5 +1,6 @@
 #include "Vyx/String8.h"
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 #include <new>
@@ -12,9 +13,12 @@ namespace {
 
 // FNV-1a, then a finishing mix, since the tables take their bucket from the low bits. Not to be changed: the
 // order of walks follows it.
-std::uint32_t hashOf(std::string_view text) {
-  std::uint32_t h = 2166136261U;
+constexpr std::uint32_t kNoBytes = 2166136261U;
+std::uint32_t hashWith(std::uint32_t h, std::string_view text) {
   for (unsigned char c : text) h = (h ^ c) * 16777619U;
+  return h;
+}
+std::uint32_t finished(std::uint32_t h) {
   h ^= h >> 16;
   h *= 0x85ebca6bU;
   return h ^ (h >> 13);
@@ -22,36 +26,41 @@ std::uint32_t hashOf(std::string_view text) {
 
 } // namespace
 
-template <class C> typename StringN<C>::Data* StringN<C>::Data::make(std::string_view text) {
+template <class C>
+typename StringN<C>::Data* StringN<C>::Data::make(std::string_view text, std::size_t room) {
   if (text.size() > 0xffffffffU - 64) throw std::length_error("Vyx::StringN: text too long");
-  void* place = ::operator new(sizeof(Data) + text.size() + 1);
-  auto* data = ::new (place) Data(static_cast<std::uint32_t>(text.size()), hashOf(text));
+  void* place = ::operator new(sizeof(Data) + std::max(text.size(), room) + 1);
+  auto* data =
+      ::new (place) Data(static_cast<std::uint32_t>(text.size()), finished(hashWith(kNoBytes, text)));
   char* chars = reinterpret_cast<char*>(data + 1);
   std::memcpy(chars, text.data(), text.size());
   chars[text.size()] = '\0';
   return data;
 }
 
-template <class C> void StringN<C>::Data::rewrite(std::string_view front, std::string_view back) {
+template <class C>
+void StringN<C>::Data::rewriteBehind(std::size_t front, std::uint32_t frontHash, std::string_view back) {
   char* const chars = reinterpret_cast<char*>(this + 1);
-  std::memcpy(chars, front.data(), front.size());
-  std::memcpy(chars + front.size(), back.data(), back.size());
-  length_ = static_cast<std::uint32_t>(front.size() + back.size());
+  std::memcpy(chars + front, back.data(), back.size());
+  length_ = static_cast<std::uint32_t>(front + back.size());
   chars[length_] = '\0';
-  hash_ = hashOf(view());
+  hash_ = finished(hashWith(frontHash, back));
 }
 
 template class StringN<unsigned char>;
 
-String8 const& TextBuffer::joined(std::string_view front, std::string_view back) {
-  std::size_t const length = front.size() + back.size();
-  if (length == 0) return text_ = {};
-  if (!text_.data_ || !text_.data_->isSole() || room_ < length) {
-    text_ = String8(std::string(front).append(back));
-    room_ = length;
-  } else {
-    text_.data_->rewrite(front, back);
+TextBuffer::TextBuffer(std::string_view front)
+    : text_(front), front_(front.size()), frontHash_(hashWith(kNoBytes, front)), room_(front.size()) {}
+
+String8 const& TextBuffer::with(std::string_view back) {
+  std::size_t const length = front_ + back.size();
+  if (room_ < length || !text_.data_->isSole()) {
+    room_ = std::max(room_, 2 * length);
+    String8 fresh;
+    fresh.data_ = String8::Data::make(text_.view().substr(0, front_), room_);
+    text_ = std::move(fresh);
   }
+  text_.data_->rewriteBehind(front_, frontHash_, back);
   return text_;
 }
 

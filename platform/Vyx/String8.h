@@ -24,7 +24,8 @@ public:
   // The shared storage: share count, length, hash, then the bytes.
   class Data {
   public:
-    static Data* make(std::string_view text);
+    // `room` is what a later rewrite may need, if that is more than the text.
+    static Data* make(std::string_view text, std::size_t room = 0);
     void shareInc() { countRaise(shares_); }
     void shareDec() {
       if (countLower(shares_) == 0) ::operator delete(this);
@@ -39,8 +40,9 @@ public:
     bool operator<(Data const& o) const { return view() < o.view(); }
     // Whether there is one handle only. Who has that one may write the text anew.
     bool isSole() const { return __atomic_load_n(&shares_, __ATOMIC_ACQUIRE) == 1; }
-    // REQUIRES: the handle is the only one, and the storage was made for a text at least as long.
-    void rewrite(std::string_view front, std::string_view back);
+    // Puts another text behind the first bytes, whose hash so far is told. REQUIRES: the handle is the only
+    // one, and the storage was made for a text at least as long.
+    void rewriteBehind(std::size_t front, std::uint32_t frontHash, std::string_view back);
 
   private:
     Data(std::uint32_t length, std::uint32_t hash) : length_(length), hash_(hash) {}
@@ -144,16 +146,22 @@ public:
   Name(StringN const& text) : StringN(text) {}
 };
 
-// Composes texts one after another in the same storage, which it gives up for a new one where it must.
+// Composes texts that begin alike, one after another in the same storage, which it gives up for a new one
+// where it must.
 class TextBuffer {
 public:
-  // RETURNS the two pieces as one text. Who copies the handle keeps the text as it is; without a copy, text
-  // and bytes hold until the next call. REQUIRES: no piece lies in the last result.
-  String8 const& joined(std::string_view front, std::string_view back);
+  // REQUIRES: the front isn't empty.
+  explicit TextBuffer(std::string_view front);
+
+  // RETURNS the front with that piece behind it. Who copies the handle keeps the text as it is; without a
+  // copy, text and bytes hold until the next call. REQUIRES: the piece doesn't lie in the last result.
+  String8 const& with(std::string_view back);
 
 private:
   String8 text_;
-  std::size_t room_ = 0; // The length that the storage of text_ was made for.
+  std::size_t const front_; // The length of what all texts begin with, and its hash so far.
+  std::uint32_t const frontHash_;
+  std::size_t room_; // The length that the storage of text_ was made for.
 };
 
 String8 operator+(String8 const& a, String8 const& b);

@@ -55,10 +55,10 @@ inline bool traceWanted(TraceHandle const& facility, unsigned level) {
   return (facility.enabled() && facility.level(level)) || coverageStream_;
 }
 
-// Composes the parts and hands them on.
+// Composes the parts and hands them on. Kept out of whoever might trace.
 template <class... Parts>
-void trace(TraceHandle const& facility, unsigned level, char const* module, int line, char const* function,
-           Parts const&... parts) {
+[[gnu::noinline, gnu::cold]] void trace(TraceHandle const& facility, unsigned level, char const* module,
+                                        int line, char const* function, Parts const&... parts) {
   std::ostringstream text;
   text.precision(12);
   ((text << parts), ...);

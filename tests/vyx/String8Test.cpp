@@ -122,4 +122,27 @@ TEST(String8, ThreadsShareTextsUnderTheSwitch) {
   EXPECT_EQ("shared", text);
 }
 
+TEST(TextBuffer, PutsThePieceBehindTheFront) {
+  Vyx::TextBuffer buffer("path.");
+  for (char const* piece : {"a", "", "quite a long piece, longer than there was room for", "b"}) {
+    String8 const expected(std::string("path.") + piece);
+    EXPECT_EQ(expected, buffer.with(piece));
+    EXPECT_EQ(expected.hash(), buffer.with(piece).hash());
+    EXPECT_STREQ(expected.charPtr(), buffer.with(piece).charPtr());
+  }
+}
+
+TEST(TextBuffer, TextThatIsHeldStaysAsItIs) {
+  Vyx::TextBuffer buffer("path.");
+  String8 const held = buffer.with("one");
+  EXPECT_EQ(String8("path.two"), buffer.with("two"));
+  EXPECT_EQ(String8("path.one"), held);
+}
+
+TEST(TextBuffer, UsesItsStorageAgain) {
+  Vyx::TextBuffer buffer("path.");
+  char const* const bytes = buffer.with("three").charPtr();
+  EXPECT_EQ(bytes, buffer.with("one").charPtr());
+}
+
 } // namespace
