@@ -38,7 +38,8 @@ public:
 };
 
 // An iterator of a tree or a queue: the collection, and the member that it stands on, which can't end
-// meanwhile. The iterator's end hands the member back through the collection's iteratorDelete, if it was held.
+// meanwhile. The iterator's end hands the member back through the collection's iteratorDelete, if it was
+// held.
 template <class T> class BaseIteratorConst {
 public:
   BaseIteratorConst(BaseIteratorConst const& o) = default;
