@@ -2,7 +2,8 @@
 
 #pragma once
 
-#include "Vyx/Fwd.h"
+#include "Vyx/NboAttrLog/In.h"
+#include "Vyx/NboAttrLog/Out.h"
 #include "Vyx/Strep.h"
 
 #include <compare>
@@ -15,6 +16,7 @@ public:
   RuleCheckpointStatus() = default;
   RuleCheckpointStatus(std::uint32_t pktMatchHigh, std::uint32_t pktMatchLow)
       : pktMatchHigh_(pktMatchHigh), pktMatchLow_(pktMatchLow) {}
+  RuleCheckpointStatus(Vyx::NboAttrLog::In* in, Vyx::StreamBogon) : RuleCheckpointStatus(in->nextU64()) {}
 
   std::uint32_t pktMatchHigh() const { return pktMatchHigh_; }
   std::uint32_t pktMatchLow() const { return pktMatchLow_; }
@@ -29,9 +31,19 @@ public:
     return x.pktMatch() <=> y.pktMatch();
   }
 
+  // On the log: the high word, then the low one.
+  static constexpr std::size_t kLogBytes = 8;
+  void toLog(unsigned char* to) const {
+    Vyx::NboAttrLog::storeNetwork(to, static_cast<std::uint64_t>(pktMatch()));
+  }
+
   static Vyx::VyxType const* _fwkType();
 
 private:
+  explicit RuleCheckpointStatus(unsigned long long pktMatch)
+      : RuleCheckpointStatus(static_cast<std::uint32_t>(pktMatch >> 32),
+                             static_cast<std::uint32_t>(pktMatch)) {}
+
   std::uint32_t pktMatchHigh_ = 0;
   std::uint32_t pktMatchLow_ = 0;
 };
@@ -42,5 +54,11 @@ Vyx::String8 valueToStrep(RuleCheckpointStatus const& status);
 RuleCheckpointStatus sequenceToValue(Vyx::StrepIterator8& at, Vyx::StrepIterator8 const& end,
                                      RuleCheckpointStatus*);
 std::ostream& operator<<(std::ostream& out, RuleCheckpointStatus const& status);
+
+inline Vyx::Ptr<Vyx::NboAttrLog::Out> const& operator<<(Vyx::Ptr<Vyx::NboAttrLog::Out> const& out,
+                                                        RuleCheckpointStatus const& status) {
+  out->put(status);
+  return out;
+}
 
 } // namespace Acl

@@ -19,4 +19,10 @@ Vyx::String8 valueToStrep(UniqueId const& id);
 UniqueId sequenceToValue(Vyx::StrepIterator8& at, Vyx::StrepIterator8 const& end, UniqueId*);
 std::ostream& operator<<(std::ostream& out, UniqueId const& id);
 
+inline Vyx::Ptr<Vyx::NboAttrLog::Out> const& operator<<(Vyx::Ptr<Vyx::NboAttrLog::Out> const& out,
+                                                        UniqueId const& id) {
+  out->put(id);
+  return out;
+}
+
 } // namespace Acl

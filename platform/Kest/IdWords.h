@@ -6,6 +6,8 @@
 
 #pragma once
 
+#include "Vyx/NboAttrLog/In.h"
+#include "Vyx/NboAttrLog/Out.h"
 #include "Vyx/Strep.h"
 
 #include <compare>
@@ -18,6 +20,8 @@ template <class Id> class IdWords {
 public:
   IdWords() { doInit(); }
   IdWords(std::uint32_t a, std::uint16_t b, std::uint16_t c) : a_(a), b_(b), c_(c) {}
+
+  IdWords(Vyx::NboAttrLog::In* in, Vyx::StreamBogon) : IdWords(in->nextU64()) {}
 
   // Makes it the default again.
   void doInit() {
@@ -39,7 +43,14 @@ public:
     return x.ordinal() <=> y.ordinal();
   }
 
+  // On the log: the fields in their order.
+  static constexpr std::size_t kLogBytes = 8;
+  void toLog(unsigned char* to) const { Vyx::NboAttrLog::storeNetwork(to, ordinal()); }
+
 private:
+  explicit IdWords(std::uint64_t ordinal)
+      : a_(static_cast<std::uint32_t>(ordinal >> 32)), b_(static_cast<std::uint16_t>(ordinal >> 16)),
+        c_(static_cast<std::uint16_t>(ordinal)) {}
   std::uint64_t ordinal() const {
     return static_cast<std::uint64_t>(a_) << 32 | static_cast<std::uint32_t>(b_) << 16 | c_;
   }

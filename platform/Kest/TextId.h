@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "Vyx/NboAttrLog/In.h"
+#include "Vyx/NboAttrLog/Out.h"
 #include "Vyx/Strep.h"
 
 #include <compare>
@@ -19,6 +21,8 @@ public:
     if (text_.bytes() > kMaxBytes) Vyx::throwRangeException(Id::kTooLong);
   }
   TextId(char const* text) : TextId(Vyx::String8(text)) {}
+  // THROWS: RangeException for more than `kMaxBytes` bytes.
+  TextId(Vyx::NboAttrLog::In* in, Vyx::StreamBogon) : TextId(in->nextString()) {}
 
   Vyx::String8 stringValue() const { return text_; }
   std::uint32_t hash() const { return text_.hash(); }

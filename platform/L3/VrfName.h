@@ -19,4 +19,9 @@ Vyx::String8 valueToStrep(VrfName const& name);
 VrfName sequenceToValue(Vyx::StrepIterator8& at, Vyx::StrepIterator8 const& end, VrfName*);
 std::ostream& operator<<(std::ostream& out, VrfName const& name);
 
+inline Vyx::Ptr<Vyx::NboAttrLog::Out> const& operator<<(Vyx::Ptr<Vyx::NboAttrLog::Out> const& out,
+                                                        VrfName const& name) {
+  return out << name.stringValue();
+}
+
 } // namespace L3

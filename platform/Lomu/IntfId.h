@@ -19,4 +19,9 @@ Vyx::String8 valueToStrep(IntfId const& name);
 IntfId sequenceToValue(Vyx::StrepIterator8& at, Vyx::StrepIterator8 const& end, IntfId*);
 std::ostream& operator<<(std::ostream& out, IntfId const& name);
 
+inline Vyx::Ptr<Vyx::NboAttrLog::Out> const& operator<<(Vyx::Ptr<Vyx::NboAttrLog::Out> const& out,
+                                                        IntfId const& name) {
+  return out << name.stringValue();
+}
+
 } // namespace Lomu

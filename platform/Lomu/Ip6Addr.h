@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include "Vyx/NboAttrLog/In.h"
+#include "Vyx/NboAttrLog/Out.h"
 #include "Vyx/Strep.h"
 
 #include <bit>
@@ -18,8 +20,13 @@ public:
   Ip6Addr() = default;
   // REQUIRES: sixteen bytes.
   explicit Ip6Addr(unsigned char const* bytes) { std::memcpy(bytes_, bytes, kBytes); }
+  Ip6Addr(Vyx::NboAttrLog::In* in, Vyx::StreamBogon) { in->bytesTo(bytes_, kBytes); }
 
   unsigned char const* bytes() const { return bytes_; }
+
+  // On the log: the bytes.
+  static constexpr std::size_t kLogBytes = kBytes;
+  void toLog(unsigned char* to) const { std::memcpy(to, bytes_, kBytes); }
 
   // The same on every machine. Not to be changed: the order of walks follows it. Addresses that differ in one
   // word only never share a hash, and the low bits are good ones, since the tables take their bucket from
@@ -61,5 +68,11 @@ static_assert(sizeof(Ip6Addr) == Ip6Addr::kBytes);
 Vyx::String8 valueToStrep(Ip6Addr const& address);
 Ip6Addr sequenceToValue(Vyx::StrepIterator8& at, Vyx::StrepIterator8 const& end, Ip6Addr*);
 std::ostream& operator<<(std::ostream& out, Ip6Addr const& address);
+
+inline Vyx::Ptr<Vyx::NboAttrLog::Out> const& operator<<(Vyx::Ptr<Vyx::NboAttrLog::Out> const& out,
+                                                        Ip6Addr const& address) {
+  out->put(address);
+  return out;
+}
 
 } // namespace Lomu

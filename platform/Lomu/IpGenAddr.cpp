@@ -34,8 +34,8 @@ std::size_t usedBytes(std::uint32_t family) {
 
 IpGenAddr::IpGenAddr(Vyx::String8 const& text) : IpGenAddr(read(text.view())) {}
 
-IpGenAddr::IpGenAddr(std::uint32_t family, Ip6Addr const& address) : family_(family), address_(address) {
-  if (!std::all_of(bytes() + usedBytes(family), bytes() + Ip6Addr::kBytes,
+void IpGenAddr::checkUnused() const {
+  if (!std::all_of(bytes() + usedBytes(family_), bytes() + Ip6Addr::kBytes,
                    [](unsigned char b) { return b == 0; }))
     Vyx::throwRangeException("IpGenAddr::bytes beyond the family's not allowed");
 }

@@ -18,7 +18,11 @@ public:
   IpGenAddr(Vyx::String8 const& text);
   IpGenAddr(char const* text) : IpGenAddr(Vyx::String8(text)) {}
   // THROWS: RangeException for another family than 0, 4 and 6, or bytes set that the family doesn't use.
-  IpGenAddr(std::uint32_t family, Ip6Addr const& address);
+  IpGenAddr(std::uint32_t family, Ip6Addr const& address) : family_(family), address_(address) { check(); }
+  // Sees to it in the same way.
+  IpGenAddr(Vyx::NboAttrLog::In* in, Vyx::StreamBogon bogon) : family_(in->nextU32()), address_(in, bogon) {
+    check();
+  }
 
   // Reads one word of a list: as the constructor does, but over one blank that may stand in front.
   static IpGenAddr handleInitialized(Vyx::String8 const& text);
@@ -41,9 +45,25 @@ public:
     return x.family_ == y.family_ ? x.address_ <=> y.address_ : x.family_ <=> y.family_;
   }
 
+  // On the log: the family in four bytes, then the sixteen. They are stored in the words by which the
+  // checksum loads them, which then needn't wait for the stores.
+  static constexpr std::size_t kLogBytes = 4 + Ip6Addr::kBytes;
+  void toLog(unsigned char* to) const {
+    using namespace Vyx::NboAttrLog;
+    std::uint64_t const family = family_;
+    storeNetwork<std::uint64_t>(to, family << 32 | loadNetwork<std::uint32_t>(bytes()));
+    storeNetwork(to + 8, loadNetwork<std::uint64_t>(bytes() + 4));
+    storeNetwork(to + 16, loadNetwork<std::uint32_t>(bytes() + 12));
+  }
+
   static Vyx::VyxType const* _fwkType();
 
 private:
+  void check() const {
+    if (family_ != 6) checkUnused();
+  }
+  void checkUnused() const;
+
   std::uint32_t family_ = 0;
   Ip6Addr address_;
 };
@@ -53,5 +73,11 @@ static_assert(sizeof(IpGenAddr) == 20 && alignof(IpGenAddr) == 4);
 Vyx::String8 valueToStrep(IpGenAddr const& address);
 IpGenAddr sequenceToValue(Vyx::StrepIterator8& at, Vyx::StrepIterator8 const& end, IpGenAddr*);
 std::ostream& operator<<(std::ostream& out, IpGenAddr const& address);
+
+inline Vyx::Ptr<Vyx::NboAttrLog::Out> const& operator<<(Vyx::Ptr<Vyx::NboAttrLog::Out> const& out,
+                                                        IpGenAddr const& address) {
+  out->put(address);
+  return out;
+}
 
 } // namespace Lomu

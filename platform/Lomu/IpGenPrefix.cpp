@@ -60,6 +60,15 @@ IpGenPrefix::IpGenPrefix(IpGenAddr const& address, unsigned length)
   std::memcpy(bytes_, address.bytes(), sizeof bytes_);
 }
 
+// The braces keep the order: the address is read first.
+IpGenPrefix::IpGenPrefix(Vyx::NboAttrLog::In* in, Vyx::StreamBogon bogon)
+    : IpGenPrefix{IpGenAddr(in, bogon), in->nextU8()} {}
+
+Vyx::Ptr<Vyx::NboAttrLog::Out> const& operator<<(Vyx::Ptr<Vyx::NboAttrLog::Out> const& out,
+                                                 IpGenPrefix const& prefix) {
+  return out << prefix.address() << static_cast<std::uint8_t>(prefix.length());
+}
+
 Vyx::String8 IpGenPrefix::stringValue() const {
   if (isAny()) return "any";
   return address().stringValue() + "/" + Vyx::valueToStrep(length());

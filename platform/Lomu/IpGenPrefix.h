@@ -19,6 +19,8 @@ public:
   IpGenPrefix(char const* text) : IpGenPrefix(Vyx::String8(text)) {}
   // THROWS: RangeException for a length beyond the family's, or bits set beyond the length.
   IpGenPrefix(IpGenAddr const& address, unsigned length);
+  // Sees to it in the same way.
+  IpGenPrefix(Vyx::NboAttrLog::In* in, Vyx::StreamBogon);
 
   bool isAny() const { return family_ == 0; }
   std::uint32_t family() const { return family_; }
@@ -50,5 +52,9 @@ static_assert(sizeof(IpGenPrefix) == 18);
 Vyx::String8 valueToStrep(IpGenPrefix const& prefix);
 IpGenPrefix sequenceToValue(Vyx::StrepIterator8& at, Vyx::StrepIterator8 const& end, IpGenPrefix*);
 std::ostream& operator<<(std::ostream& out, IpGenPrefix const& prefix);
+
+// The address, then the length in one byte.
+Vyx::Ptr<Vyx::NboAttrLog::Out> const& operator<<(Vyx::Ptr<Vyx::NboAttrLog::Out> const& out,
+                                                 IpGenPrefix const& prefix);
 
 } // namespace Lomu

@@ -201,6 +201,23 @@ MatchRule sequenceToValue(Vyx::StrepIterator8& at, Vyx::StrepIterator8 const& en
 
 std::ostream& operator<<(std::ostream& out, MatchRule const& rule) { return out << valueToStrep(rule); }
 
+MatchRule::MatchRule(Vyx::NboAttrLog::In* in, Vyx::StreamBogon bogon) {
+  aclIs(in->nextString());
+  sourceIs(Lomu::IpGenPrefix(in, bogon));
+  destinationIs(Lomu::IpGenPrefix(in, bogon));
+  sourcePortIs(PortRange(in, bogon));
+  destinationPortIs(PortRange(in, bogon));
+  protocolIs(in->nextU16());
+  dscpIs(in->nextU8());
+}
+
+Vyx::Ptr<Vyx::NboAttrLog::Out> const& operator<<(Vyx::Ptr<Vyx::NboAttrLog::Out> const& out,
+                                                 MatchRule const& rule) {
+  return out << rule.acl() << rule.source() << rule.destination() << rule.sourcePort()
+             << rule.destinationPort() << static_cast<std::uint16_t>(rule.protocol())
+             << static_cast<std::uint8_t>(rule.dscp());
+}
+
 Vyx::VyxType const* MatchRule::_fwkType() { return Vyx::valueTypeRecord<MatchRule>("PolicyMap::MatchRule"); }
 
 } // namespace PolicyMap

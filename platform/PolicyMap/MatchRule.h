@@ -16,6 +16,10 @@ public:
   static constexpr unsigned kAnyProtocol = 256;
   static constexpr unsigned kAnyDscp = 64;
 
+  MatchRule() = default;
+  // As the setters do, it looks at one criterion at a time. THROWS: RangeException.
+  MatchRule(Vyx::NboAttrLog::In* in, Vyx::StreamBogon);
+
   Lomu::IpGenPrefix const& source() const { return source_; }
   Lomu::IpGenPrefix const& destination() const { return destination_; }
   unsigned protocol() const { return protocol_; }
@@ -64,5 +68,9 @@ static_assert(sizeof(MatchRule) <= 64);
 Vyx::String8 valueToStrep(MatchRule const& rule);
 MatchRule sequenceToValue(Vyx::StrepIterator8& at, Vyx::StrepIterator8 const& end, MatchRule*);
 std::ostream& operator<<(std::ostream& out, MatchRule const& rule);
+
+// All members in the order of their declaration: a text, prefixes, ports, two bytes of protocol, one of dscp.
+Vyx::Ptr<Vyx::NboAttrLog::Out> const& operator<<(Vyx::Ptr<Vyx::NboAttrLog::Out> const& out,
+                                                 MatchRule const& rule);
 
 } // namespace PolicyMap

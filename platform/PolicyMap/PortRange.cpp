@@ -1,5 +1,8 @@
 #include "PolicyMap/PortRange.h"
 
+#include "Vyx/NboAttrLog/In.h"
+#include "Vyx/NboAttrLog/Out.h"
+
 #include <ostream>
 
 namespace PolicyMap {
@@ -23,6 +26,14 @@ PortRange::PortRange(std::uint16_t low, std::uint16_t high) : low_(low), high_(h
   if (low > high)
     Vyx::throwBadText(kType, std::to_string(low) + '-' + std::to_string(high),
                       "the low end is above the high end");
+}
+
+// The braces keep the order: the low end is read first.
+PortRange::PortRange(Vyx::NboAttrLog::In* in, Vyx::StreamBogon) : PortRange{in->nextU16(), in->nextU16()} {}
+
+Vyx::Ptr<Vyx::NboAttrLog::Out> const& operator<<(Vyx::Ptr<Vyx::NboAttrLog::Out> const& out,
+                                                 PortRange const& range) {
+  return out << range.low() << range.high();
 }
 
 Vyx::String8 valueToStrep(PortRange const& range) {

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "Vyx/Fwd.h"
 #include "Vyx/Strep.h"
 
 #include <compare>
@@ -14,6 +15,8 @@ public:
   PortRange() = default;
   // THROWS: RangeException when `low` is above `high`.
   PortRange(std::uint16_t low, std::uint16_t high);
+  // Sees to it in the same way.
+  PortRange(Vyx::NboAttrLog::In* in, Vyx::StreamBogon);
 
   bool isAny() const { return *this == PortRange(); }
   std::uint16_t low() const { return low_; }
@@ -35,5 +38,9 @@ private:
 Vyx::String8 valueToStrep(PortRange const& range);
 PortRange sequenceToValue(Vyx::StrepIterator8& at, Vyx::StrepIterator8 const& end, PortRange*);
 std::ostream& operator<<(std::ostream& out, PortRange const& range);
+
+// The low end, then the high one, two bytes each.
+Vyx::Ptr<Vyx::NboAttrLog::Out> const& operator<<(Vyx::Ptr<Vyx::NboAttrLog::Out> const& out,
+                                                 PortRange const& range);
 
 } // namespace PolicyMap

@@ -12,15 +12,21 @@ using AttributeId = std::int32_t;
 class Activity;
 class ActivityConfig;
 class Entity;
+class EntityId;
 class GenericIf;
 class PtrInterface;
 class VyxAttr;
 class VyxType;
 template <class T> class Ptr;
 
+// Marks the constructors that read a value off a log.
+struct StreamBogon {};
+
 namespace NboAttrLog {
+class Demuxer;
 class In;
 class Out;
+struct MsgHeader;
 } // namespace NboAttrLog
 
 // Ids that every entity has.

@@ -3,7 +3,8 @@
 
 #pragma once
 
-#include "Vyx/Fwd.h"
+#include "Vyx/NboAttrLog/In.h"
+#include "Vyx/NboAttrLog/Out.h"
 #include "Vyx/Strep.h"
 
 #include <compare>
@@ -22,6 +23,8 @@ public:
   // Reads a plain decimal number off the front of a stretch.
   // THROWS: RangeException, the number reader's own with the attribute's name in front, or that of the value.
   Dscp(Vyx::StrepIterator8& begin, Vyx::StrepIterator8 const& end);
+  // Takes any byte: whoever makes something of it tests it.
+  Dscp(Vyx::NboAttrLog::In* in, Vyx::StreamBogon) : value_(in->nextU8()) {}
 
   unsigned char value() const { return value_; }
   // Reflection's write: an equal value does nothing, whatever it is; another is stored and then tested, so
@@ -40,6 +43,10 @@ public:
   friend bool operator==(Dscp const&, Dscp const&) = default;
   friend std::strong_ordering operator<=>(Dscp const&, Dscp const&) = default;
 
+  // On the log: the number.
+  static constexpr std::size_t kLogBytes = 1;
+  void toLog(unsigned char* to) const { *to = value_; }
+
   static Vyx::VyxType const* _fwkType();
   Vyx::VyxType const* fwkType() const { return _fwkType(); }
 
@@ -55,5 +62,11 @@ private:
 
 Vyx::String8 valueToStrep(Dscp const& dscp);
 std::ostream& operator<<(std::ostream& out, Dscp const& dscp);
+
+inline Vyx::Ptr<Vyx::NboAttrLog::Out> const& operator<<(Vyx::Ptr<Vyx::NboAttrLog::Out> const& out,
+                                                        Dscp dscp) {
+  out->put(dscp);
+  return out;
+}
 
 } // namespace Pbr
