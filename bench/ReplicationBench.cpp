@@ -1,0 +1,341 @@
+// Changes of single attributes on their way from one process to another over a Unix-domain socket: a run of
+// many, one there and back, and all of a tree to a reader that has nothing yet.
+//
+// Each road of the first kind brings `kEntities` entities' values of 64 bits, changed in the order of their
+// ids. Where it says "applied", the reader looks the entity up, stores the value and calls one virtual
+// reactor.
+
+#include "TwoProcesses.h"
+
+#include "Vyx/NboAttrLog/Frame.h"
+
+#include "wire.pb.h"
+
+#include <benchmark/benchmark.h>
+#include <google/protobuf/io/coded_stream.h>
+#include <zmq.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <sys/socket.h>
+#include <unistd.h>
+#include <unordered_map>
+#include <vector>
+
+namespace Bench {
+
+namespace {
+
+constexpr std::size_t kEntities = 20000;
+constexpr std::size_t kAttributes = 5; // Of each entity of a tree that is sent whole.
+constexpr std::size_t kChunk = 64 * 1024;
+// One change of 64 bits on the attribute log.
+constexpr std::size_t kChangeBytes = Vyx::NboAttrLog::kFrameBytes + 8;
+
+void require(bool holds, char const* what) {
+  if (!holds) throw std::runtime_error(what);
+}
+
+// What is measured: made in one process, then used in two.
+class Road {
+public:
+  virtual ~Road() = default;
+  virtual void openWriter() {}
+  virtual void openReader() {}
+  virtual void write(std::size_t changes) = 0;
+  // Returns when all are there, and applied if they are.
+  virtual void read(std::size_t changes) = 0;
+};
+
+class SocketRoad : public Road {
+public:
+  SocketRoad() { require(::socketpair(AF_UNIX, SOCK_STREAM, 0, ends_) == 0, "socketpair"); }
+  ~SocketRoad() override {
+    for (int const end : ends_) ::close(end);
+  }
+
+protected:
+  int writerEnd() const { return ends_[0]; }
+  int readerEnd() const { return ends_[1]; }
+
+  static void sendAll(int end, void const* bytes, std::size_t size) {
+    for (auto const* at = static_cast<char const*>(bytes); size > 0;) {
+      auto const count = ::send(end, at, size, MSG_NOSIGNAL);
+      require(count > 0, "send");
+      at += count;
+      size -= static_cast<std::size_t>(count);
+    }
+  }
+  static std::size_t receive(int end, void* room, std::size_t size) {
+    auto const count = ::recv(end, room, size, 0);
+    require(count > 0, "recv");
+    return static_cast<std::size_t>(count);
+  }
+
+private:
+  int ends_[2];
+};
+
+// Bytes, and nothing done with them.
+class RawRoad final : public SocketRoad {
+public:
+  void write(std::size_t changes) override {
+    std::vector<char> const chunk(kChunk);
+    for (std::size_t left = changes * kChangeBytes; left > 0;) {
+      std::size_t const size = std::min(left, chunk.size());
+      sendAll(writerEnd(), chunk.data(), size);
+      left -= size;
+    }
+  }
+  void read(std::size_t changes) override {
+    std::vector<char> chunk(kChunk);
+    for (std::size_t left = changes * kChangeBytes; left > 0;)
+      left -= receive(readerEnd(), chunk.data(), std::min(left, chunk.size()));
+  }
+};
+
+// Messages of as many bytes, and nothing done with them.
+class ZeroMqRoad final : public Road {
+public:
+  ZeroMqRoad() {
+    static unsigned made = 0;
+    auto const name = "vyxbench" + std::to_string(::getpid()) + "." + std::to_string(made++);
+    path_ = std::filesystem::temp_directory_path() / name;
+  }
+  ~ZeroMqRoad() override { std::filesystem::remove(path_); }
+
+  // A first message goes over, so that both are connected when the clock starts.
+  void openReader() override {
+    openSocket(ZMQ_PULL);
+    require(zmq_bind(socket_, address().c_str()) == 0, "zmq_bind");
+    readOne();
+  }
+  void openWriter() override {
+    openSocket(ZMQ_PUSH);
+    require(zmq_connect(socket_, address().c_str()) == 0, "zmq_connect");
+    writeOne();
+  }
+  void write(std::size_t changes) override {
+    for (std::size_t i = 0; i < changes; ++i) writeOne();
+  }
+  void read(std::size_t changes) override {
+    for (std::size_t i = 0; i < changes; ++i) readOne();
+  }
+
+private:
+  std::string address() const { return "ipc://" + path_.string(); }
+  void openSocket(int kind) {
+    context_ = zmq_ctx_new();
+    socket_ = zmq_socket(context_, kind);
+    require(socket_, "zmq_socket");
+  }
+  void writeOne() { require(zmq_send(socket_, bytes_.data(), bytes_.size(), 0) >= 0, "zmq_send"); }
+  void readOne() {
+    auto const count = zmq_recv(socket_, bytes_.data(), bytes_.size(), 0);
+    require(count == static_cast<int>(bytes_.size()), "zmq_recv");
+  }
+
+  std::filesystem::path path_;
+  void* context_ = nullptr;
+  void* socket_ = nullptr;
+  std::array<char, kChangeBytes> bytes_{};
+};
+
+struct PlainEntity;
+
+// Told of each change.
+class PlainReactor {
+public:
+  virtual ~PlainReactor() = default;
+  virtual void onValue(PlainEntity const& entity) = 0;
+};
+
+struct PlainEntity {
+  void valueIs(unsigned attribute, std::uint64_t value) {
+    if (values[attribute] == value) return;
+    values[attribute] = value;
+    if (reactor) reactor->onValue(*this);
+  }
+
+  std::array<std::uint64_t, kAttributes> values{};
+  PlainReactor* reactor = nullptr;
+};
+
+class CountingReactor final : public PlainReactor {
+public:
+  void onValue(PlainEntity const&) override { ++heard; }
+  std::size_t heard = 0;
+};
+
+// Messages of protobuf, each behind its length, applied.
+class ProtobufRoad : public SocketRoad {
+public:
+  void write(std::size_t changes) override {
+    for (std::size_t i = 0; i < changes; ++i) writeOne(i % kEntities, 0, i + 1);
+    flush();
+  }
+  void openReader() override {
+    for (std::size_t i = 0; i < kEntities; ++i) add(i);
+  }
+  void read(std::size_t changes) override {
+    readAll(changes, [this](std::uint64_t entity) { return tree_.find(entity)->second.get(); });
+  }
+
+protected:
+  void writeOne(std::uint64_t entity, int attribute, std::uint64_t value) {
+    change_.set_entity(entity);
+    change_.set_attribute(attribute);
+    change_.set_wide(value);
+    std::size_t const size = change_.ByteSizeLong();
+    if (used_ + size + 5 > out_.size()) flush();
+    auto* at = google::protobuf::io::CodedOutputStream::WriteVarint32ToArray(static_cast<std::uint32_t>(size),
+                                                                             out_.data() + used_);
+    at = change_.SerializeWithCachedSizesToArray(at);
+    used_ = static_cast<std::size_t>(at - out_.data());
+  }
+  void flush() {
+    sendAll(writerEnd(), out_.data(), used_);
+    used_ = 0;
+  }
+
+  PlainEntity* add(std::uint64_t id) {
+    auto& entity = tree_[id];
+    entity = std::make_unique<PlainEntity>();
+    entity->reactor = &reactor_;
+    return entity.get();
+  }
+  template <class EntityOf> void readAll(std::size_t changes, EntityOf entityOf) {
+    std::vector<unsigned char> in(2 * kChunk);
+    std::size_t there = 0;
+    while (reactor_.heard < changes) {
+      there += receive(readerEnd(), in.data() + there, in.size() - there);
+      std::size_t const used = readSome(in.data(), there, entityOf);
+      std::memmove(in.data(), in.data() + used, there - used);
+      there -= used;
+    }
+    require(there == 0 && reactor_.heard == changes, "more has come than was sent");
+  }
+
+private:
+  // RETURNS how many bytes the whole messages took.
+  template <class EntityOf>
+  std::size_t readSome(unsigned char const* bytes, std::size_t size, EntityOf& entityOf) {
+    std::size_t used = 0;
+    while (used < size) {
+      google::protobuf::io::CodedInputStream head(bytes + used,
+                                                  static_cast<int>(std::min<std::size_t>(size - used, 5)));
+      std::uint32_t length = 0;
+      if (!head.ReadVarint32(&length)) break;
+      std::size_t const at = used + static_cast<std::size_t>(head.CurrentPosition());
+      if (size - at < length) break;
+      require(change_.ParseFromArray(bytes + at, static_cast<int>(length)), "no message of protobuf");
+      entityOf(change_.entity())->valueIs(static_cast<unsigned>(change_.attribute()), change_.wide());
+      used = at + length;
+    }
+    return used;
+  }
+
+  bench_pb::Change change_;
+  std::vector<unsigned char> out_ = std::vector<unsigned char>(kChunk);
+  std::size_t used_ = 0;
+  std::unordered_map<std::uint64_t, std::unique_ptr<PlainEntity>> tree_;
+  CountingReactor reactor_;
+};
+
+// The same, to a reader that makes each entity when it first hears of it.
+class ProtobufTreeRoad final : public ProtobufRoad {
+public:
+  void write(std::size_t changes) override {
+    for (std::size_t i = 0; i < changes; ++i)
+      writeOne(i / kAttributes, static_cast<int>(i % kAttributes), i + 1);
+    flush();
+  }
+  void openReader() override {}
+  void read(std::size_t changes) override {
+    std::uint64_t last = ~0ULL;
+    PlainEntity* entity = nullptr;
+    readAll(changes, [&](std::uint64_t id) {
+      if (id != last) entity = add(last = id);
+      return entity;
+    });
+  }
+};
+
+template <class MadeRoad> void goes(benchmark::State& state) {
+  auto const changes = static_cast<std::size_t>(state.range(0));
+  for (auto _ : state) {
+    MadeRoad road;
+    try {
+      state.SetIterationTime(secondsBetween({[&] { road.openWriter(); }, [&] { road.write(changes); },
+                                             [&] { road.openReader(); }, [&] { road.read(changes); }}));
+    } catch (std::runtime_error const& error) {
+      state.SkipWithError(error.what());
+    }
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+// One change there and one back, again and again.
+class RawPing : public SocketRoad {
+public:
+  explicit RawPing(int flags) : flags_(flags) {}
+
+  // Sends back what comes.
+  void write(std::size_t times) override {
+    for (std::size_t i = 0; i < times; ++i) {
+      receiveOne(writerEnd());
+      sendAll(writerEnd(), bytes_.data(), bytes_.size());
+    }
+  }
+  void read(std::size_t times) override {
+    for (std::size_t i = 0; i < times; ++i) {
+      sendAll(readerEnd(), bytes_.data(), bytes_.size());
+      receiveOne(readerEnd());
+    }
+  }
+
+private:
+  void receiveOne(int end) {
+    for (std::size_t there = 0; there < bytes_.size();) {
+      auto const count = ::recv(end, bytes_.data() + there, bytes_.size() - there, flags_);
+      require(count > 0 || (count < 0 && errno == EAGAIN), "recv");
+      if (count > 0) there += static_cast<std::size_t>(count);
+    }
+  }
+
+  int const flags_;
+  std::array<char, kChangeBytes> bytes_{};
+};
+
+class SleepingRawPing final : public RawPing {
+public:
+  SleepingRawPing() : RawPing(0) {}
+};
+class PollingRawPing final : public RawPing {
+public:
+  PollingRawPing() : RawPing(MSG_DONTWAIT) {}
+};
+
+constexpr int kMany = 1000000;
+constexpr int kRoundTrips = 10000;
+
+#define ROAD(name, Kind, items) BENCHMARK(goes<Kind>)->Name(name)->Arg(items)->UseManualTime()->Iterations(1)
+ROAD("changes/raw bytes", RawRoad, kMany);
+ROAD("changes/ZeroMQ, not applied", ZeroMqRoad, kMany);
+ROAD("changes/protobuf, applied", ProtobufRoad, kMany);
+ROAD("whole tree/protobuf, applied", ProtobufTreeRoad, kMany);
+ROAD("there and back, sleeping/raw bytes", SleepingRawPing, kRoundTrips);
+ROAD("there and back, polling/raw bytes", PollingRawPing, kRoundTrips);
+#undef ROAD
+
+} // namespace
+
+} // namespace Bench
+
+BENCHMARK_MAIN();
