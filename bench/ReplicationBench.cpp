@@ -5,6 +5,7 @@
 // ids. Where it says "applied", the reader looks the entity up, stores the value and calls one virtual
 // reactor.
 
+#include "TreeRoads.h"
 #include "TwoProcesses.h"
 
 #include "Vyx/NboAttrLog/Frame.h"
@@ -32,55 +33,9 @@ namespace Bench {
 
 namespace {
 
-constexpr std::size_t kEntities = 20000;
-constexpr std::size_t kAttributes = 5; // Of each entity of a tree that is sent whole.
 constexpr std::size_t kChunk = 64 * 1024;
 // One change of 64 bits on the attribute log.
 constexpr std::size_t kChangeBytes = Vyx::NboAttrLog::kFrameBytes + 8;
-
-void require(bool holds, char const* what) {
-  if (!holds) throw std::runtime_error(what);
-}
-
-// What is measured: made in one process, then used in two.
-class Road {
-public:
-  virtual ~Road() = default;
-  virtual void openWriter() {}
-  virtual void openReader() {}
-  virtual void write(std::size_t changes) = 0;
-  // Returns when all are there, and applied if they are.
-  virtual void read(std::size_t changes) = 0;
-};
-
-class SocketRoad : public Road {
-public:
-  SocketRoad() { require(::socketpair(AF_UNIX, SOCK_STREAM, 0, ends_) == 0, "socketpair"); }
-  ~SocketRoad() override {
-    for (int const end : ends_) ::close(end);
-  }
-
-protected:
-  int writerEnd() const { return ends_[0]; }
-  int readerEnd() const { return ends_[1]; }
-
-  static void sendAll(int end, void const* bytes, std::size_t size) {
-    for (auto const* at = static_cast<char const*>(bytes); size > 0;) {
-      auto const count = ::send(end, at, size, MSG_NOSIGNAL);
-      require(count > 0, "send");
-      at += count;
-      size -= static_cast<std::size_t>(count);
-    }
-  }
-  static std::size_t receive(int end, void* room, std::size_t size) {
-    auto const count = ::recv(end, room, size, 0);
-    require(count > 0, "recv");
-    return static_cast<std::size_t>(count);
-  }
-
-private:
-  int ends_[2];
-};
 
 // Bytes, and nothing done with them.
 class RawRoad final : public SocketRoad {
@@ -326,13 +281,25 @@ constexpr int kMany = 1000000;
 constexpr int kRoundTrips = 10000;
 
 #define ROAD(name, Kind, items) BENCHMARK(goes<Kind>)->Name(name)->Arg(items)->UseManualTime()->Iterations(1)
+ROAD("changes/attribute log", ChangesRoad, kMany);
 ROAD("changes/raw bytes", RawRoad, kMany);
 ROAD("changes/ZeroMQ, not applied", ZeroMqRoad, kMany);
 ROAD("changes/protobuf, applied", ProtobufRoad, kMany);
+ROAD("whole tree/attribute log", WholeTreeRoad, kMany);
+ROAD("equal tree/attribute log", EqualTreeRoad, kMany);
 ROAD("whole tree/protobuf, applied", ProtobufTreeRoad, kMany);
+ROAD("there and back, sleeping/attribute log", SleepingPing, kRoundTrips);
+ROAD("there and back, polling/attribute log", PollingPing, kRoundTrips);
 ROAD("there and back, sleeping/raw bytes", SleepingRawPing, kRoundTrips);
 ROAD("there and back, polling/raw bytes", PollingRawPing, kRoundTrips);
 #undef ROAD
+
+// Both processes in one, over memory.
+void thereAndBackOverPipe(benchmark::State& state) {
+  PipePing ping;
+  for (auto _ : state) ping.once();
+}
+BENCHMARK(thereAndBackOverPipe)->Name("there and back, pipe/attribute log");
 
 } // namespace
 

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "Vyx/LeaveLogs.h"
 #include "Vyx/ValidPtr.h"
 #include "frame/Attribute.h"
 #include "frame/Iterators.h"
@@ -79,6 +80,7 @@ Vyx::Ptr<typename Attr::ChildType> memberGone(typename Attr::Owner& of,
                                               Vyx::Ptr<typename Attr::ChildType> child) {
   typename Attr::Key const key = child->fwkKey();
   Attr::field(of).memberDel(child);
+  Vyx::leaveLogs(child->vyxReactors());
   child->parentIs(nullptr);
   notify<Attr>(of, key);
   return child;

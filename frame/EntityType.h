@@ -4,6 +4,7 @@
 
 #include "Vyx/ValidPtr.h"
 #include "frame/FunctionOps.h"
+#include "replication/Values.h"
 
 namespace frame {
 
@@ -23,6 +24,12 @@ public:
     auto const& list = argumentList(this->name().charPtr(), arguments, X::kVyxParameterNames);
     auto make = [](auto const&... values) { return Vyx::make<X>(values...); };
     return Vyx::wrap(applyArguments<typename X::VyxParameterTuple>(list, X::kVyxParameterNames, make));
+  }
+  // An X that a log announces; its constructor's values stand next in the message.
+  Vyx::Ptr<Vyx::Entity> newEntity(Vyx::Ptr<Vyx::NboAttrLog::In> const& in, Vyx_BitSet, unsigned,
+                                  Vyx::PtrInterface*) const override {
+    auto const values = replication::ValuesReader<typename X::VyxParameterTuple>::read(*in);
+    return std::apply([](auto const&... value) { return Vyx::make<X>(value...); }, values);
   }
 };
 

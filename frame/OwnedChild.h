@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "Vyx/LeaveLogs.h"
 #include "Vyx/ValidPtr.h"
 #include "frame/Attribute.h"
 #include "frame/Parameters.h"
@@ -43,6 +44,7 @@ Vyx::Ptr<typename Attr::ChildType> childIs(typename Attr::Owner& of, Arguments c
   if (stored) {
     if (hasParameters(*stored, arguments...)) return stored;
     Vyx::Ptr<typename Attr::ChildType> const leaving = stored;
+    Vyx::leaveLogs(leaving->vyxReactors());
     leaving->parentIs(nullptr);
   }
   Vyx::Ptr<typename Attr::ChildType> child = newChild<Attr>(of, arguments...);
@@ -57,6 +59,7 @@ template <class Attr> Vyx::Ptr<typename Attr::ChildType> childDel(typename Attr:
   Vyx::Ptr<typename Attr::ChildType> child =
       std::move(static_cast<Vyx::Ptr<typename Attr::ChildType>&>(Attr::field(of)));
   if (!child) return child;
+  Vyx::leaveLogs(child->vyxReactors());
   child->parentIs(nullptr);
   notify<Attr>(of);
   return child;

@@ -1,5 +1,7 @@
 #include "Pbr/NexthopIndex.h"
 
+#include "Vyx/NboAttrLog/ValueCodec.h"
+
 #include <ostream>
 
 namespace Pbr {
@@ -22,5 +24,12 @@ NexthopIndex::NexthopIndex(Vyx::StrepIterator8& begin, Vyx::StrepIterator8 const
 Vyx::String8 valueToStrep(NexthopIndex const& index) { return Vyx::valueToStrep(index.value()); }
 
 std::ostream& operator<<(std::ostream& out, NexthopIndex const& index) { return out << valueToStrep(index); }
+
+NexthopIndex::NexthopIndex(Vyx::NboAttrLog::In* in, Vyx::StreamBogon) : value_(in->nextU64()) {}
+
+Vyx::Ptr<Vyx::NboAttrLog::Out> const& operator<<(Vyx::Ptr<Vyx::NboAttrLog::Out> const& out,
+                                                 NexthopIndex const& index) {
+  return out << index.value();
+}
 
 } // namespace Pbr

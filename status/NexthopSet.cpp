@@ -1,5 +1,7 @@
 #include "Pbr/NexthopSet.h"
 
+#include "Vyx/NboAttrLog/ValueCodec.h"
+
 #include <ostream>
 
 namespace Pbr {
@@ -112,5 +114,18 @@ NexthopSet sequenceToValue(Vyx::StrepIterator8& at, Vyx::StrepIterator8 const& e
 }
 
 std::ostream& operator<<(std::ostream& out, NexthopSet const& set) { return out << valueToStrep(set); }
+
+NexthopSet::NexthopSet(Vyx::NboAttrLog::In* in, Vyx::StreamBogon bogon) {
+  for (Lomu::IpGenAddr key(in, bogon); key != Lomu::IpGenAddr(); key = Lomu::IpGenAddr(in, bogon))
+    nexthopIs(key, in->nextbool());
+  recursive_ = in->nextU32();
+  vrfName_ = L3::VrfName(in, bogon);
+}
+
+Vyx::Ptr<Vyx::NboAttrLog::Out> const& operator<<(Vyx::Ptr<Vyx::NboAttrLog::Out> const& out,
+                                                 NexthopSet const& set) {
+  for (auto at = set.nexthopIteratorConst(); at; ++at) out << at.key() << at.value();
+  return out << Lomu::IpGenAddr() << set.recursive() << set.vrfName();
+}
 
 } // namespace Pbr

@@ -144,6 +144,7 @@ void AttributeEmitter::child(Attribute const& attribute) {
   out_.function("static auto like(auto& of, " + cpp_.name(held) + " const&" + unnamed + ")",
                 "return of." + Namer::setter(name) + "(" +
                     joined(parameterGetters(held.parameters, "child")) + ");");
+  instantiation(attribute);
   out_.close("};");
   out_.function(pointer + " " + name + "() const", "return " + Namer::field(name) + ";");
   out_.function(pointer + " " + Namer::make(name) + "(" + parameters + ")",
@@ -226,6 +227,9 @@ void AttributeEmitter::children(Attribute const& attribute) {
               ";");
   out_.function("static auto like(auto& of, " + cpp_.name(held) + " const& member)",
                 "return of." + Namer::setter(name) + "(" + joined(parameterGetters(given, "member")) + ");");
+  out_.line("static constexpr std::size_t keyPlace = " + std::to_string(placeOf(attribute.keyName, given)) +
+            ";");
+  instantiation(attribute);
   out_.close("};");
   iteratorTypes(attribute);
 
@@ -292,6 +296,12 @@ void AttributeEmitter::tell(Attribute const& attribute) {
   bool const isKeyed = isKeyedByReactor(attribute);
   out_.function("static void tell(auto& reactor" + (isKeyed ? ", " + keyArgument(attribute) : "") + ")",
                 "reactor." + Namer::entry(attribute.name) + (isKeyed ? "(key);" : "();"));
+}
+
+// With the values that the setter takes.
+void AttributeEmitter::instantiation(Attribute const& attribute) {
+  out_.function("static auto instantiate(auto& of, auto const&... values)",
+                "return of." + Namer::setter(attribute.name) + "(values...);");
 }
 
 void AttributeEmitter::keyedWrite(Attribute const& attribute, std::string const& statement) {

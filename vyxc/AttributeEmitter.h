@@ -34,6 +34,7 @@ private:
   void openAttribute(Attribute const& attribute, std::string const& kind, std::string const& arguments);
   void fieldAccess(Attribute const& attribute);
   void tell(Attribute const& attribute);
+  void instantiation(Attribute const& attribute);
   void keyedWrite(Attribute const& attribute, std::string const& call);
   void record(Attribute const& attribute, std::string const& base, std::string const& arguments);
   void iteratorTypes(Attribute const& attribute);

@@ -39,10 +39,11 @@ struct Line {
   std::string text;
 };
 
-// Filled from the left; what offers no break stays wide.
-std::vector<Line> brokenLines(std::string_view text, std::size_t indent) {
+// Filled from the left; what offers no break stays wide. `columns` are those behind brackets that are open
+// already.
+std::vector<Line> brokenLines(std::string_view text, std::size_t indent,
+                              std::vector<std::size_t> columns = {}) {
   std::vector<Line> result;
-  std::vector<std::size_t> columns;
   while (indent + text.size() > CodeWriter::kWidth) {
     auto found = findBreak(text, indent, columns);
     if (!found) break;
@@ -73,11 +74,16 @@ void CodeWriter::wrapped(std::string_view text, std::size_t indent) {
   auto consider = [&](std::string_view opening, std::size_t length, std::size_t slack) {
     auto const at = text.find(opening);
     if (at == std::string_view::npos) return;
-    auto rest = brokenLines(text.substr(at + opening.size()), indent_ + kContinued);
+    auto const continued = indent_ + kContinued;
+    std::vector<std::size_t> const columns(opening == "(" ? 1 : 0, continued);
+    auto rest = brokenLines(text.substr(at + opening.size()), continued, columns);
     if (rest.size() + 1 > chosen.size() - 1 + slack) return;
     rest.insert(rest.begin(), {indent, std::string(text.substr(0, at + length))});
     chosen = std::move(rest);
   };
+  auto isWide = [](Line const& line) { return line.indent + line.text.size() > kWidth; };
+  // Behind the bracket of the parameters if what stands in front of it leaves them no width.
+  if (std::any_of(chosen.begin(), chosen.end(), isWide)) consider("(", 1, text.size());
   if (text.starts_with("using ")) consider(" = ", 2, 1);
   if (text.ends_with("};")) consider("{", 1, 0);
   for (auto const& [column, part] : chosen) put(column, part);

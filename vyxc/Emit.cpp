@@ -49,6 +49,9 @@ std::vector<OutputFile> emit(Model const& model) {
     } else if (auto const* entity = asEntity(type)) {
       result.push_back({type->header, entityHeader(model, *entity)});
       result.push_back({source, entitySource(model, *entity)});
+      result.push_back({Namer::adapterHeader(type->space, type->name), adapterHeader(model, *entity)});
+      result.push_back(
+          {Namer::source(type->space, Namer::adapter(type->name)), adapterSource(model, *entity)});
     }
   }
   return result;

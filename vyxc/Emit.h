@@ -36,6 +36,8 @@ std::string enumSource(Model const& model, EnumType const& type);
 std::string valueSource(Model const& model, ValueType const& type);
 std::string entityHeader(Model const& model, EntityType const& type);
 std::string entitySource(Model const& model, EntityType const& type);
+std::string adapterHeader(Model const& model, EntityType const& type);
+std::string adapterSource(Model const& model, EntityType const& type);
 std::string unitHeader(Model const& model);
 std::string unitSource(Model const& model);
 

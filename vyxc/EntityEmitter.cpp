@@ -24,6 +24,7 @@ private:
   void construction();
   void constructor(std::string const& scope);
   void standards();
+  void adapterOperations();
   void key();
   void fields();
   void reactors();
@@ -93,7 +94,7 @@ void EntityEmitter::classHead() {
   out_.openClass("class " + type_.name, "public " + base_);
   out_.access("public");
   out_.line("using VyxBase = " + base_ + ";");
-  for (char const* nested : {"NotifieeConst", "Notifiee", "GenericIf_", "_Type"}) {
+  for (char const* nested : {"NotifieeConst", "Notifiee", "VyxNboAttrLogSa", "GenericIf_", "_Type"}) {
     out_.line(std::string("class ") + nested + ";");
   }
   out_.blank();
@@ -171,11 +172,22 @@ void EntityEmitter::standards() {
   out_.line("static Vyx::VyxType const* _fwkType();");
   out_.function("Vyx::VyxType const* fwkType() const override", "return _fwkType();");
   out_.line("Vyx::String8 attributeString(Vyx::AttributeId id) const override;");
-  out_.function("bool vyxHasAttrLogInterface() const override", "return true;");
+  adapterOperations();
   if (!isFirstOfLine(type_)) return;
   out_.function("void isNondestructingIs(bool value) override", "frame::isNondestructingIs(*this, value);");
   out_.function("void zeroReferencesIs(bool) override", "frame::zeroReferencesIs(*this);");
   out_.function("Vyx::ListRaw<NotifieeConst>& vyxReactors() const", "return reactors_;");
+}
+
+// ORDER: that of their slots.
+void EntityEmitter::adapterOperations() {
+  out_.line("VyxAdapter vyxNboAttrLogSa(VyxConstLog const& out) const override;");
+  out_.function("bool vyxHasAttrLogInterface() const override", "return true;");
+  out_.line("VyxAdapter vyxNboAttrLogSa(VyxConstLog const& out) override;");
+  out_.line("VyxAdapter vyxNboAttrLogSaForMsgChannel(VyxAdapter const& other) const override;");
+  out_.line("VyxAdapter vyxNboAttrLogSaIs(Vyx_BitSet flags, unsigned int options, VyxLog const& out, "
+            "Vyx::PtrInterface* channelEntry) override;");
+  out_.line("VyxAdapter vyxNboAttrLogSaDel(VyxConstLog const& out) override;");
 }
 
 void EntityEmitter::key() {

@@ -63,6 +63,9 @@ std::string enumHeader(Model const& model, EnumType const& type) {
     out.doc(function.comment);
     out.line(function.signature + ";");
   }
+  out.line("// For templates, which know the type and not the function's name.");
+  out.function("inline " + type.name + " vyxInstance(" + type.name + " const*, unsigned int number)",
+               "return " + Namer::enumFrom(type.name) + "(number);");
   out.blank();
   out.line("} // namespace " + type.space);
   return out.text();

@@ -43,12 +43,16 @@ public:
   static std::string valueSchema(std::string const& type) { return "VyxSchema" + type; }
   static std::string valueRecord(std::string const& type) { return "VyxRecord" + type; }
   static std::string valueDefinition(std::string const& type) { return "vyxDefine" + type; }
+  static std::string adapter(std::string const& type) { return type + "Sa"; }
   static std::string unit(std::string const& name) { return "vyxUnit" + name; }
 
   // Files, relative to the output folder. A namespace is a folder.
   static std::string folder(std::string space);
   static std::string header(std::string const& space, std::string const& type);
   static std::string source(std::string const& space, std::string const& type);
+  static std::string adapterHeader(std::string const& space, std::string const& type) {
+    return header(space, adapter(type));
+  }
   static std::string unitSource(std::string const& space, std::string const& unit);
 };
 

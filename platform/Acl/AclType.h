@@ -15,6 +15,7 @@ enum AclType : std::uint32_t { ip = 0, ipv6 = 1, mac = 2 };
 // THROWS: RangeException "AclType" for what is no enumerator. Names are case-sensitive.
 AclType AclTypeInstance(unsigned value);
 AclType AclTypeInstance(Vyx::String8 const& name);
+inline AclType vyxInstance(AclType const*, unsigned value) { return AclTypeInstance(value); }
 
 // The bare name; "AclType(7)" for a number that a cast has made. Never throws.
 Vyx::String8 stringValue(AclType type);

@@ -1,5 +1,7 @@
 #include "PolicyMap/IntfErrorKey.h"
 
+#include "Vyx/NboAttrLog/ValueCodec.h"
+
 #include <ostream>
 
 namespace PolicyMap {
@@ -21,5 +23,13 @@ IntfErrorKey sequenceToValue(Vyx::StrepIterator8& at, Vyx::StrepIterator8 const&
 }
 
 std::ostream& operator<<(std::ostream& out, IntfErrorKey const& key) { return out << valueToStrep(key); }
+
+IntfErrorKey::IntfErrorKey(Vyx::NboAttrLog::In* in, Vyx::StreamBogon bogon)
+    : intf_(in, bogon), error_(Vyx::NboAttrLog::read<IntfError>(*in)) {}
+
+Vyx::Ptr<Vyx::NboAttrLog::Out> const& operator<<(Vyx::Ptr<Vyx::NboAttrLog::Out> const& out,
+                                                 IntfErrorKey const& key) {
+  return out << key.intf() << key.error();
+}
 
 } // namespace PolicyMap

@@ -14,6 +14,7 @@ class IntfErrorKey {
 public:
   IntfErrorKey() = default;
   IntfErrorKey(Lomu::IntfId const& intf, IntfError error);
+  IntfErrorKey(Vyx::NboAttrLog::In* in, Vyx::StreamBogon bogon);
 
   Lomu::IntfId const& intf() const { return intf_; }
   IntfError error() const { return error_; }
@@ -34,5 +35,9 @@ private:
 Vyx::String8 valueToStrep(IntfErrorKey const& key);
 IntfErrorKey sequenceToValue(Vyx::StrepIterator8& at, Vyx::StrepIterator8 const& end, IntfErrorKey*);
 std::ostream& operator<<(std::ostream& out, IntfErrorKey const& key);
+
+// On the log: the interface, then the error's number, which may be an unknown one.
+Vyx::Ptr<Vyx::NboAttrLog::Out> const& operator<<(Vyx::Ptr<Vyx::NboAttrLog::Out> const& out,
+                                                 IntfErrorKey const& key);
 
 } // namespace PolicyMap

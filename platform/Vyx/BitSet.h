@@ -19,6 +19,18 @@ public:
     }
   }
   Word word() const { return word_; }
+  void wordIs(Word word) { word_ = word; }
+
+  // Of a reactor's flags, those that the stream adapter of a parent hands on to its children's; see
+  // StreamAdapter::Flag.
+  static constexpr BitSet notificationBitMask() {
+    BitSet mask;
+    mask.word_ = 1U << 2 | 1U << 3 | 1U << 20 | 1U << 26 | 1U << 27;
+    return mask;
+  }
+  // Takes those bits of `from` that are in the mask and keeps the others.
+  void masked(BitSet from, BitSet mask) { word_ = (word_ & ~mask.word_) | (from.word_ & mask.word_); }
+
   bool operator==(BitSet const& o) const { return word_ == o.word_; }
 
 private:

@@ -7,6 +7,7 @@
 
 #pragma once
 
+#include "Vyx/EntityId.h"
 #include "Vyx/NotifieeConst.h"
 
 namespace Vyx {
@@ -16,6 +17,11 @@ public:
   class NotifieeConst;
   class Notifiee;
   class VyxNboAttrLogSa;
+
+  // What the operations around attribute logs take and give.
+  using VyxAdapter = Ptr<VyxNboAttrLogSa>;
+  using VyxLog = Ptr<NboAttrLog::Out>;
+  using VyxConstLog = Ptr<NboAttrLog::Out const>;
 
   // ORDER: the slots of this table are relied on by every derived class.
   virtual Name name() const;
@@ -47,6 +53,11 @@ public:
   virtual Ptr<VyxNboAttrLogSa> vyxNboAttrLogSaDel(Ptr<NboAttrLog::Out const> const& out);
 
   ~Entity() override;
+
+  // The number by which a reference to this entity is written on that log. With `announces` and `asOrphan` an
+  // entity that the log doesn't know, and that hangs nowhere below one it knows, is announced by this.
+  // THROWS: EntityIdUnavailableException when the log is going to know the entity, but doesn't yet.
+  EntityId entityId(Ptr<NboAttrLog::Out> const& out, bool unified, bool announces, bool asOrphan) const;
 
   static VyxType const* _fwkType();
   VyxType const* fwkType() const override;

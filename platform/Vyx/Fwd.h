@@ -15,6 +15,7 @@ class Entity;
 class EntityId;
 class GenericIf;
 class PtrInterface;
+class StreamAdapter;
 class VyxAttr;
 class VyxType;
 template <class T> class Ptr;
@@ -24,6 +25,8 @@ struct StreamBogon {};
 
 namespace NboAttrLog {
 class Demuxer;
+class FlowIn;
+class FlowOut;
 class In;
 class Out;
 struct MsgHeader;
@@ -33,7 +36,9 @@ struct MsgHeader;
 inline constexpr AttributeId kFwkKeyId = 0;
 inline constexpr AttributeId kZeroReferencesId = 5;
 inline constexpr AttributeId kIsNondestructingId = 6;
+inline constexpr AttributeId kSyncModeId = 135;
 inline constexpr AttributeId kNoParentAttributeId = 136;
+inline constexpr AttributeId kEnvelopeId = 144;
 inline constexpr AttributeId kHasAttrLogInterfaceId = 154;
 
 } // namespace Vyx

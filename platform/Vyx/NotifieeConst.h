@@ -56,6 +56,8 @@ public:
 protected:
   NotifieeConst() = default;
 
+  Vyx_BitSet& vyxBits() { return bitSet_; }
+
 private:
   Vyx_BitSet bitSet_;
 };

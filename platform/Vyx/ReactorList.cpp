@@ -1,8 +1,19 @@
 #include "Vyx/ReactorList.h"
 
 #include "Vyx/ReactorSnapshot.h"
+#include "Vyx/StreamAdapter.h"
 
 namespace Vyx {
+
+namespace {
+
+// Behind the reactor of a stream adapter stands the adapter, which has to leave its log.
+void entityGone(PtrInterface const* behind) {
+  auto const* adapter = dynamic_cast<StreamAdapter const*>(behind);
+  if (adapter) const_cast<StreamAdapter*>(adapter)->vyxEntityGone();
+}
+
+} // namespace
 
 void ReactorList::changing() {
   if (ReactorSnapshot::anyActive()) ReactorSnapshot::holdAll();
@@ -53,6 +64,7 @@ void ReactorList::deleteAll() {
     Link* next = at->next_;
     at->next_ = nullptr;
     at->notifier_ = nullptr;
+    entityGone(at->vyxRawReactor());
     at = next;
   }
 }

@@ -20,6 +20,8 @@ public:
   // THROWS: RangeException, the number reader's own with the attribute's name in front.
   NexthopIndex(Vyx::StrepIterator8& begin, Vyx::StrepIterator8 const& end);
 
+  NexthopIndex(Vyx::NboAttrLog::In* in, Vyx::StreamBogon);
+
   unsigned long long value() const { return value_; }
 
   bool operator!() const { return value_ == nexthopIndexNone; }
@@ -35,5 +37,9 @@ private:
 
 Vyx::String8 valueToStrep(NexthopIndex const& index);
 std::ostream& operator<<(std::ostream& out, NexthopIndex const& index);
+
+// On the log: the 64 bits.
+Vyx::Ptr<Vyx::NboAttrLog::Out> const& operator<<(Vyx::Ptr<Vyx::NboAttrLog::Out> const& out,
+                                                 NexthopIndex const& index);
 
 } // namespace Pbr

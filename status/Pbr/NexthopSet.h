@@ -31,6 +31,9 @@ public:
   // The hash is computed; what is given for it isn't looked at.
   NexthopSet(unsigned recursive, L3::VrfName const& vrfName, unsigned) : NexthopSet(recursive, vrfName) {}
 
+  // Reads what the operator below writes.
+  NexthopSet(Vyx::NboAttrLog::In* in, Vyx::StreamBogon bogon);
+
   // RETURNS the entry's flag; false for an absent address.
   bool nexthop(Lomu::IpGenAddr const& key) const;
   std::uint32_t nexthops() const { return count(); }
@@ -82,5 +85,10 @@ Vyx::String8 valueToStrep(NexthopSet const& set);
 // address. THROWS: what IpGenAddr raises.
 NexthopSet sequenceToValue(Vyx::StrepIterator8& at, Vyx::StrepIterator8 const& end, NexthopSet*);
 std::ostream& operator<<(std::ostream& out, NexthopSet const& set);
+
+// On the log: each address with its flag, a default address as the end, `recursive`, `vrfName`. A set that
+// holds the default address can't be sent: its reader takes that for the end.
+Vyx::Ptr<Vyx::NboAttrLog::Out> const& operator<<(Vyx::Ptr<Vyx::NboAttrLog::Out> const& out,
+                                                 NexthopSet const& set);
 
 } // namespace Pbr

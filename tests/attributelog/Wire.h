@@ -1,41 +1,22 @@
-// Both ends of an attribute log, in one process. Bytes are told in hexadecimal.
+// Both ends of an attribute log, in one process.
 
 #pragma once
 
 #include "Vyx/NboAttrLog/Exceptions.h"
 #include "Vyx/NboAttrLog/ValueCodec.h"
+#include "support/FrameBytes.h"
+#include "support/Refusals.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
 using Vyx::EntityId;
 using Vyx::NboAttrLog::In;
 using Vyx::NboAttrLog::MsgHeader;
 using Vyx::NboAttrLog::Out;
 
-using Bytes = std::vector<unsigned char>;
-
-// "00 1f".
-std::string hexOf(std::span<unsigned char const> bytes);
-// Blanks mean nothing.
-Bytes bytesOf(std::string_view hex);
-
-// The frame around a payload; its checksum is computed by other means than the log's own.
-Bytes frameOf(std::string_view hexOfHeaderAndPayload);
-
 inline MsgHeader variable(EntityId entity, Vyx::AttributeId attribute) { return {entity, attribute, true}; }
-
-// The message of an exception of that type.
-template <class Error, class Call> std::string refusal(Call call) {
-  try {
-    call();
-  } catch (Error const& error) {
-    return error.what();
-  }
-  return "nothing was thrown";
-}
 
 struct Wire {
   explicit Wire(std::size_t capacity = Vyx::NboAttrLog::kDefaultCapacity,

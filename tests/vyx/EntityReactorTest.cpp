@@ -109,7 +109,9 @@ TEST_F(EntityReactorTest, ZombieWithoutANotifierIsOnlyMarked) {
 }
 
 TEST_F(EntityReactorTest, StreamAdapterTellsThatItIsOne) {
-  struct Adapter final : Vyx::Entity::VyxNboAttrLogSa {};
+  struct Adapter final : Vyx::Entity::VyxNboAttrLogSa {
+    Adapter() : VyxNboAttrLogSa({}, 0, nullptr, nullptr) {}
+  };
   EXPECT_TRUE(Vyx::ptrFromNew(new Adapter)->isStreamAdapter());
   EXPECT_FALSE(reactor->isStreamAdapter());
 }

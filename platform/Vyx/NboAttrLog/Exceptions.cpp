@@ -6,4 +6,9 @@ void throwProtocolException(String8 const& message) { throw ProtocolException(me
 
 void throwAttrLogRecordException(String8 const& message) { throw AttrLogRecordException(message); }
 
+void throwEntityIdUnavailable(String8 const& entity) {
+  throw EntityIdUnavailableException(String8("the log doesn't know ") + entity + String8(" yet"));
+}
+void throwReadOnlyException(String8 const& message) { throw ReadOnlyException(message); }
+
 } // namespace Vyx

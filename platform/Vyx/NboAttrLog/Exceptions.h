@@ -22,8 +22,22 @@ public:
   using Exception::Exception;
 };
 
+// An entity can't be named on a log yet.
+class EntityIdUnavailableException : public Exception {
+public:
+  using Exception::Exception;
+};
+
+// A change of what another process alone may change.
+class ReadOnlyException : public Exception {
+public:
+  using Exception::Exception;
+};
+
 // Apart from the readers, which are inlined.
 [[noreturn]] void throwProtocolException(String8 const& message);
 [[noreturn]] void throwAttrLogRecordException(String8 const& message);
+[[noreturn]] void throwEntityIdUnavailable(String8 const& entity);
+[[noreturn]] void throwReadOnlyException(String8 const& message);
 
 } // namespace Vyx

@@ -49,6 +49,8 @@ public:
 
   double nextSeconds() { return std::bit_cast<double>(next<std::uint64_t>()); }
   EntityId nextEntityId() { return EntityId::fromValue(nextU64()); }
+  // The entity of the number that stands next, null for 0. THROWS: ProtocolException when this log has none.
+  Ptr<Entity> nextEntity();
 
   // Enters a section, which then bounds the reading. REQUIRES: outside of a section.
   // THROWS: ProtocolException when another section stands here.

@@ -13,6 +13,9 @@ inline constexpr std::uint32_t kChildAnnouncement = 151;
 inline constexpr std::uint32_t kTransactionMarker = 0xff01;
 inline constexpr std::uint32_t kControl = 0xff02;
 
+// The attribute of a message that announces an entity without a parent; negated, that it is no more.
+inline constexpr AttributeId kOrphanAttrId = kNoParentAttributeId;
+
 struct MsgHeader {
   EntityId entityId;
   AttributeId attrId = 0;

@@ -65,7 +65,8 @@ public:
   void append(void const* bytes, std::size_t size) final { putBytes(bytes, size); }
   // For values of several fields: room for `size` bytes, all of which the caller writes.
   unsigned char* next(std::size_t size) {
-    if (__builtin_expect(static_cast<std::size_t>(limit_ - at_) < size + kChecksumBytes, false)) makeRoom(size);
+    if (__builtin_expect(static_cast<std::size_t>(limit_ - at_) < size + kChecksumBytes, false))
+      makeRoom(size);
     unsigned char* const to = at_;
     at_ += size;
     return to;
@@ -140,7 +141,7 @@ private:
   unsigned char* front_ = nullptr;
   unsigned char* record_ = nullptr;
   unsigned char* at_ = nullptr;
-  unsigned char* limit_ = nullptr; // The end of the buffer.
+  unsigned char* limit_ = nullptr;        // The end of the buffer.
   std::unique_ptr<unsigned char[]> data_; // Null until it is needed.
   std::uint32_t expectedLength_ = kNoRecord;
   std::uint32_t sectionAt_ = 0; // From the record's start; 0 outside of a section.

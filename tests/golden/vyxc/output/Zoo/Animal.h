@@ -20,6 +20,7 @@ public:
   using VyxBase = Vyx::Entity;
   class NotifieeConst;
   class Notifiee;
+  class VyxNboAttrLogSa;
   class GenericIf_;
   class _Type;
 
@@ -32,7 +33,13 @@ public:
   static Vyx::VyxType const* _fwkType();
   Vyx::VyxType const* fwkType() const override { return _fwkType(); }
   Vyx::String8 attributeString(Vyx::AttributeId id) const override;
+  VyxAdapter vyxNboAttrLogSa(VyxConstLog const& out) const override;
   bool vyxHasAttrLogInterface() const override { return true; }
+  VyxAdapter vyxNboAttrLogSa(VyxConstLog const& out) override;
+  VyxAdapter vyxNboAttrLogSaForMsgChannel(VyxAdapter const& other) const override;
+  VyxAdapter vyxNboAttrLogSaIs(Vyx_BitSet flags, unsigned int options, VyxLog const& out,
+                               Vyx::PtrInterface* channelEntry) override;
+  VyxAdapter vyxNboAttrLogSaDel(VyxConstLog const& out) override;
   void isNondestructingIs(bool value) override { frame::isNondestructingIs(*this, value); }
   void zeroReferencesIs(bool) override { frame::zeroReferencesIs(*this); }
   Vyx::ListRaw<NotifieeConst>& vyxReactors() const { return reactors_; }

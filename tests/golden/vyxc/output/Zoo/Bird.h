@@ -19,6 +19,7 @@ public:
   using VyxBase = Animal;
   class NotifieeConst;
   class Notifiee;
+  class VyxNboAttrLogSa;
   class GenericIf_;
   class _Type;
 
@@ -31,7 +32,13 @@ public:
   static Vyx::VyxType const* _fwkType();
   Vyx::VyxType const* fwkType() const override { return _fwkType(); }
   Vyx::String8 attributeString(Vyx::AttributeId id) const override;
+  VyxAdapter vyxNboAttrLogSa(VyxConstLog const& out) const override;
   bool vyxHasAttrLogInterface() const override { return true; }
+  VyxAdapter vyxNboAttrLogSa(VyxConstLog const& out) override;
+  VyxAdapter vyxNboAttrLogSaForMsgChannel(VyxAdapter const& other) const override;
+  VyxAdapter vyxNboAttrLogSaIs(Vyx_BitSet flags, unsigned int options, VyxLog const& out,
+                               Vyx::PtrInterface* channelEntry) override;
+  VyxAdapter vyxNboAttrLogSaDel(VyxConstLog const& out) override;
 
   // id, id 386
   Kest::UniqueId const& id() const { return id_; }

@@ -30,5 +30,7 @@ Vyx::String8 stringValue(Diet value);
 Vyx::String8 valueToStrep(Diet const& value);
 Diet sequenceToValue(Vyx::String8::IteratorConst& at, Vyx::String8::IteratorConst const& end, Diet*);
 std::ostream& operator<<(std::ostream& out, Diet const& value);
+// For templates, which know the type and not the function's name.
+inline Diet vyxInstance(Diet const*, unsigned int number) { return DietInstance(number); }
 
 } // namespace Zoo

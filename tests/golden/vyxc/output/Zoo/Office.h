@@ -19,6 +19,7 @@ public:
   using VyxBase = Vyx::Entity;
   class NotifieeConst;
   class Notifiee;
+  class VyxNboAttrLogSa;
   class GenericIf_;
   class _Type;
 
@@ -31,7 +32,13 @@ public:
   static Vyx::VyxType const* _fwkType();
   Vyx::VyxType const* fwkType() const override { return _fwkType(); }
   Vyx::String8 attributeString(Vyx::AttributeId id) const override;
+  VyxAdapter vyxNboAttrLogSa(VyxConstLog const& out) const override;
   bool vyxHasAttrLogInterface() const override { return true; }
+  VyxAdapter vyxNboAttrLogSa(VyxConstLog const& out) override;
+  VyxAdapter vyxNboAttrLogSaForMsgChannel(VyxAdapter const& other) const override;
+  VyxAdapter vyxNboAttrLogSaIs(Vyx_BitSet flags, unsigned int options, VyxLog const& out,
+                               Vyx::PtrInterface* channelEntry) override;
+  VyxAdapter vyxNboAttrLogSaDel(VyxConstLog const& out) override;
   void isNondestructingIs(bool value) override { frame::isNondestructingIs(*this, value); }
   void zeroReferencesIs(bool) override { frame::zeroReferencesIs(*this); }
   Vyx::ListRaw<NotifieeConst>& vyxReactors() const { return reactors_; }
@@ -45,6 +52,8 @@ public:
     static constexpr char const* keyName = "id";
     static constexpr bool hashed = true;
     static auto like(auto& of, Keeper const& member) { return of.keeperIs(member.id()); }
+    static constexpr std::size_t keyPlace = 0;
+    static auto instantiate(auto& of, auto const&... values) { return of.keeperIs(values...); }
   };
   using KeeperIteratorConst = frame::IteratorConst<VyxKeeperMap>;
   using KeeperIterator = frame::Iterator<Office, VyxKeeperMap>;
@@ -75,6 +84,8 @@ public:
     static constexpr char const* keyName = "name";
     static constexpr bool hashed = false;
     static auto like(auto& of, Cage const& member) { return of.cageIs(member.name()); }
+    static constexpr std::size_t keyPlace = 0;
+    static auto instantiate(auto& of, auto const&... values) { return of.cageIs(values...); }
   };
   using CageIteratorConst = frame::IteratorConst<VyxCageMap>;
   using CageIterator = frame::Iterator<Office, VyxCageMap>;
@@ -102,6 +113,8 @@ public:
     static constexpr bool hashed = false;
     static constexpr std::size_t namedBy = 1;
     static auto like(auto& of, Kitchen const& member) { return of.kitchenIs(member.floor(), member.diet()); }
+    static constexpr std::size_t keyPlace = 1;
+    static auto instantiate(auto& of, auto const&... values) { return of.kitchenIs(values...); }
   };
   using KitchenIteratorConst = frame::IteratorConst<VyxKitchenMap>;
   using KitchenIterator = frame::Iterator<Office, VyxKitchenMap>;
@@ -129,6 +142,7 @@ public:
     static auto& field(auto& of) { return of.aviary_; }
     static void tell(auto& reactor) { reactor.onAviary(); }
     static auto like(auto& of, Cage const& child) { return of.aviaryIs(child.name()); }
+    static auto instantiate(auto& of, auto const&... values) { return of.aviaryIs(values...); }
   };
   Vyx::Ptr<Cage> aviary() const { return aviary_; }
   Vyx::Ptr<Cage> newAviary(Vyx::Name name) { return frame::newChild<VyxAttrAviary>(*this, name); }
@@ -141,6 +155,7 @@ public:
     static auto& field(auto& of) { return of.quarantine_; }
     static void tell(auto& reactor) { reactor.onQuarantine(); }
     static auto like(auto& of, Cage const& child) { return of.quarantineIs(child.name()); }
+    static auto instantiate(auto& of, auto const&... values) { return of.quarantineIs(values...); }
   };
   Vyx::Ptr<Cage> quarantine() const { return quarantine_; }
   Vyx::Ptr<Cage> newQuarantine(Vyx::Name name) { return frame::newChild<VyxAttrQuarantine>(*this, name); }

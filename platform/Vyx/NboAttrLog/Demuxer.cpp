@@ -1,0 +1,212 @@
+#include "Vyx/NboAttrLog/Demuxer.h"
+
+#include "Vyx/NboAttrLog/Exceptions.h"
+#include "Vyx/VyxType.h"
+
+#include <algorithm>
+
+namespace Vyx::NboAttrLog {
+
+namespace {
+
+constexpr unsigned long long kAcceptingHalf = 1ULL << 63;
+
+} // namespace
+
+Demuxer::Demuxer(Ptr<Out> const& out, Ptr<In> const& in, Side side) : out_(out), in_(in), side_(side) {
+  out_->inIs(in_.ptr());
+  in_->demuxerIs(this);
+  globalNboAttrLogDemuxerManager()->enter(this);
+}
+
+Demuxer::~Demuxer() {
+  close();
+  in_->demuxerIs(nullptr);
+  out_->inIs(nullptr);
+  globalNboAttrLogDemuxerManager()->leave(this);
+}
+
+void Demuxer::reactorIs(Ptr<StreamAdapter> const& adapter) {
+  reactors_.newMember(adapter);
+  retryWaiting_ = true;
+}
+
+Ptr<StreamAdapter> Demuxer::reactorDel(EntityId const& id) {
+  retryWaiting_ = true;
+  return reactors_._memberDel(id);
+}
+
+EntityId Demuxer::newEntityId() {
+  ++given_;
+  return EntityId::fromValue((given_ << 1) | 1 | (side_ == accepting ? kAcceptingHalf : 0));
+}
+
+bool Demuxer::wasGiven(EntityId const& id) const {
+  unsigned long long const number = (id.value() & ~kAcceptingHalf) >> 1;
+  bool const isOurs = ((id.value() & kAcceptingHalf) != 0) == (side_ == accepting);
+  return id.isAssigned() && number != 0 && number <= (isOurs ? given_ : peerGave_);
+}
+
+bool Demuxer::outranks(EntityId const& standing, EntityId const& coming) {
+  return standing.isAssigned() && standing.value() & kAcceptingHalf && !(coming.value() & kAcceptingHalf);
+}
+
+void Demuxer::peerGave(EntityId const& id) {
+  peerGave_ = std::max(peerGave_, (id.value() & ~kAcceptingHalf) >> 1);
+}
+
+Ptr<FlowIn> Demuxer::flowInIs(EntityId const& id) {
+  if (FlowIn* there = flowIn(id)) return there;
+  auto fresh = ptrFromNew(new FlowIn(id));
+  flowIns_.newMember(fresh);
+  if (StreamAdapter* adapter = reactor(id)) adapter->vyxFlowInIs(true);
+  return fresh;
+}
+
+void Demuxer::flowInDel(EntityId const& id) {
+  flowIns_._memberDel(id);
+  if (StreamAdapter* adapter = reactor(id)) adapter->vyxFlowInIs(false);
+  retryWaiting_ = true;
+}
+
+Ptr<FlowOut> Demuxer::newFlowOut(StreamAdapter& adapter, ConnectDesc const& desc, bool isResync,
+                                 AttributeId firstAid) {
+  adapter.flowOut_ = adapter.flowOutIs(out_, desc, isResync, firstAid);
+  return adapter.flowOut_;
+}
+
+Ptr<FlowOut> Demuxer::createFlowOut(Ptr<StreamAdapter> const& adapter, ConnectDesc const& desc, bool isResync,
+                                    AttributeId firstAid) {
+  if (adapter->flowOut_) return adapter->flowOut_;
+  Ptr<FlowOut> const fresh = newFlowOut(*adapter, desc, isResync, firstAid);
+  if (fresh) queue(fresh);
+  return fresh;
+}
+
+void Demuxer::writeAll(StreamAdapter& adapter) {
+  flowOutDel(adapter);
+  Ptr<FlowOut> const flowOut = newFlowOut(adapter, ConnectDesc(), true, 0);
+  if (!flowOut) return;
+  if (adapter.continueFlowOut())
+    run(flowOut);
+  else
+    queue(flowOut);
+}
+
+void Demuxer::queue(Ptr<FlowOut> const& flowOut) { queue_.push_back(flowOut); }
+
+void Demuxer::flowOutDel(StreamAdapter& adapter) {
+  if (Ptr<FlowOut> const flowOut = adapter.flowOut_) drop(*flowOut);
+}
+
+// What stands in the queue or waits stays there until its turn, and is passed over then.
+void Demuxer::drop(FlowOut& flowOut) {
+  Ptr<StreamAdapter> const adapter = flowOut.streamAdapter();
+  if (flowOut.bookmark()) {
+    flowOut.attrIdIs(flowOut.bookmarkAttrId());
+    adapter->freeResyncState(Ptr<FlowOut>(&flowOut));
+  }
+  adapter->vyxFlowOutGone();
+}
+
+// A run begins at the lowest attribute that is owed. A walk that has stopped is finished first, though, since
+// what it has saved is of its own type of key; what was marked up to its place since then has another run.
+// What the other side is in the middle of a transaction about isn't written before that has ended.
+void Demuxer::run(Ptr<FlowOut> const& flowOut) {
+  Ptr<StreamAdapter> const adapter = flowOut->streamAdapter();
+  auto isWithin = [&] { return flowOut->bookmark() || flowOut->valueIter(); };
+  AttributeId const resume = flowOut->vyxResumeAid();
+  bool const wasWithin = isWithin();
+  AttributeId const marked = wasWithin ? INT32_MAX : flowOut->vyxTakeLowestMarked();
+  AttributeId const stop = adapter->handleAttrFlowOut(std::min(resume, marked));
+  if (adapter->vyxFlowOut() != flowOut) return; // The entity has left the log meanwhile.
+  AttributeId next = stop ? stop : INT32_MAX;
+  if (!isWithin()) {
+    AttributeId const since = flowOut->vyxTakeLowestMarked();
+    bool const isWritten = wasWithin && since > resume && !stop;
+    if (!isWritten) next = std::min(next, since);
+  }
+  if (next == INT32_MAX) return drop(*flowOut);
+  flowOut->vyxResumeAidIs(next);
+  if (flowOut->isSuspended() || adapter->handlingFlowInFor(next))
+    waiting_.push_back(flowOut);
+  else
+    queue(flowOut);
+}
+
+void Demuxer::retryWaiting() {
+  retryWaiting_ = false;
+  for (auto const& flowOut : std::exchange(waiting_, {})) queue(flowOut);
+}
+
+bool Demuxer::runFlowOuts() {
+  if (running_) return false;
+  running_ = true;
+  struct Stop {
+    bool& running;
+    ~Stop() { running = false; }
+  } const stop{running_};
+  for (;;) {
+    if (queue_.empty() && retryWaiting_) retryWaiting();
+    if (queue_.empty()) return waiting_.empty();
+    if (!out_->hasSufficientBuffer() || !mayGoOn()) return false;
+    Ptr<FlowOut> const flowOut = queue_.front();
+    queue_.pop_front();
+    if (flowOut->isCurrent()) run(flowOut);
+  }
+}
+
+void Demuxer::failureIs(String8 const& words) {
+  if (failure_.empty()) failure_ = words;
+}
+
+void Demuxer::close() {
+  phase_ = connected;
+  while (ReactorMap::Walk first{reactors_}) {
+    Ptr<StreamAdapter> const adapter(&*first);
+    adapter->leaveLog();
+  }
+  for (auto const& flowOut : std::exchange(queue_, {}))
+    if (flowOut->isCurrent()) drop(*flowOut);
+  waiting_.clear();
+  while (FlowInMap::Walk first{flowIns_}) flowInDel(first->fwkKey());
+}
+
+void DemuxerManager::enter(Demuxer* demuxer) {
+  demuxer->next_ = head_;
+  head_ = demuxer;
+}
+
+void DemuxerManager::leave(Demuxer* demuxer) {
+  Demuxer** at = &head_;
+  while (*at && *at != demuxer) at = &(*at)->next_;
+  if (*at) *at = demuxer->next_;
+}
+
+Ptr<Entity> In::nextEntity() {
+  EntityId const id = nextEntityId();
+  if (id.isNull()) return {};
+  StreamAdapter* const adapter = demuxer_ ? demuxer_->reactor(id) : nullptr;
+  if (!adapter) throwProtocolException(format("entity id %llx is unknown", id.value()));
+  return Ptr<Entity>(adapter->vyxNotifierEntity());
+}
+
+void throwWrongEntity(Entity const& entity, VyxType const& wanted) {
+  throwProtocolException(String8("a reference to ") + entity.fwkType()->fullTypeName() + String8(" \"") +
+                         entity.fullName() + String8("\" stands where one to ") + wanted.fullTypeName() +
+                         String8(" is expected"));
+}
+
+} // namespace Vyx::NboAttrLog
+
+namespace Vyx {
+
+Ptr<NboAttrLog::DemuxerManager> const& globalNboAttrLogDemuxerManager() {
+  static auto const* manager =
+      new Ptr<NboAttrLog::DemuxerManager>(ptrFromNew(new NboAttrLog::DemuxerManager));
+  return *manager;
+}
+
+Ptr<NboAttrLog::Demuxer> demuxFor(Ptr<NboAttrLog::In> const& in) { return in ? in->demuxer() : nullptr; }
+
+} // namespace Vyx

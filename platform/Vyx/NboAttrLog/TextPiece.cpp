@@ -1,0 +1,58 @@
+#include "Vyx/NboAttrLog/TextPiece.h"
+
+#include "Vyx/NboAttrLog/Exceptions.h"
+
+#include <algorithm>
+
+namespace Vyx {
+
+namespace {
+
+constexpr unsigned char kFirst = 1;
+constexpr unsigned char kMoreFollows = 2;
+
+// What a piece costs beside its run.
+constexpr std::size_t kAround = 64;
+constexpr std::size_t kShortestRun = 16;
+
+} // namespace
+
+void TextIterator::restart() {
+  text_.clear();
+  position_ = 0;
+}
+
+void TextIterator::add(std::string_view run, bool moreFollows) {
+  text_.append(run);
+  position_ = moreFollows ? text_.size() : 0;
+}
+
+Ptr<Connection::Out> const& operator<<(Ptr<Connection::Out> const& out, String8::IteratorConst& at) {
+  std::string_view const text = at.text().view();
+  if (text.empty()) return out;
+  std::size_t const room = std::max(out->room(), kAround + kShortestRun) - kAround;
+  std::size_t const run = std::min({text.size() - at.position(), room, kLongestTextPiece});
+  unsigned char const flags = static_cast<unsigned char>(
+      (at.position() == 0 ? kFirst : 0) | (at.position() + run < text.size() ? kMoreFollows : 0));
+  out->append(&flags, 1);
+  out->append(text.data() + at.position(), run);
+  at.positionIs(at.position() + run);
+  return out;
+}
+
+Ptr<Connection::In> const& operator>>(Ptr<Connection::In> const& in, TextIterator& at) {
+  unsigned char flags = 0;
+  in->bytesTo(&flags, 1);
+  if (flags > (kFirst | kMoreFollows))
+    throwProtocolException(format("flags 0x%02x of a piece of text are unknown", flags));
+  if (flags & kFirst)
+    at.restart();
+  else if (at.position() == 0)
+    throwProtocolException("a piece of text continues none");
+  std::string run(in->remaining(), '\0');
+  in->bytesTo(run.data(), run.size());
+  at.add(run, flags & kMoreFollows);
+  return in;
+}
+
+} // namespace Vyx

@@ -1,0 +1,255 @@
+// Applying messages to an entity, through its ordinary setters, so that its reactors hear of them as of any
+// other change. Every value of a message is read and checked before anything is changed.
+//
+// With `message.isApplied` false the message is only read, and the own value is written instead.
+
+#pragma once
+
+#include "Vyx/MsgChannel.h"
+#include "frame/ChildCollection.h"
+#include "frame/OwnedChild.h"
+#include "frame/Queue.h"
+#include "frame/ValueCollection.h"
+#include "replication/Children.h"
+#include "replication/Values.h"
+
+namespace replication {
+
+using Message = StreamAdapter::IncomingMessage;
+
+// Whoever has heard of a member within a transaction keeps it.
+template <class Attr> void unmark(typename Attr::Owner& of, typename Attr::Key const& key) {
+  if (auto* const member = Attr::field(of).find(key)) member->vyxMarkedForDeletionIs(false);
+}
+
+template <class Attr, class Sa> void applyScalar(Sa& adapter, Message const& message) {
+  auto const value = readValue<typename Attr::Type>(message.in);
+  message.in.expectEnd();
+  if (message.isApplied)
+    setValue<Attr>(entityOf(adapter), value);
+  else
+    Attr::tell(adapter);
+}
+
+template <class Attr, class Sa> void applyReference(Sa& adapter, Message const& message) {
+  auto const value = readEntity<typename Attr::Type::element_type>(message.in);
+  message.in.expectEnd();
+  if (message.isApplied)
+    setValue<Attr>(entityOf(adapter), value);
+  else
+    Attr::tell(adapter);
+}
+
+// The text so far waits in the flow in.
+template <class Attr, class Sa> void applyText(Sa& adapter, Message const& message) {
+  if (!message.isApplied) {
+    message.in.remainingSkip();
+    return Attr::tell(adapter);
+  }
+  Vyx::Ptr<Vyx::NboAttrLog::Demuxer> const demuxer = adapter.streamDemuxer();
+  Vyx::EntityId const id = adapter.entityId();
+  Vyx::Ptr<Vyx::NboAttrLog::FlowIn> const flowIn(demuxer ? demuxer->flowIn(id) : nullptr);
+  Vyx::TextIterator local;
+  Vyx::TextIterator& at = flowIn ? Vyx::NboAttrLog::vyxFlowInIterator(*flowIn, Attr::id, false) : local;
+  if (message.n != 0) {
+    Vyx::Ptr<Connection::In> const in(&message.in);
+    Vyx::ConnectionInSizeAnchor const bound(in, message.n);
+    in >> at;
+  } else {
+    at.restart();
+  }
+  if (at.position() != 0) {
+    if (flowIn || !demuxer) return;
+    return Vyx::NboAttrLog::vyxFlowInIteratorIs(*demuxer->flowInIs(id), Attr::id, local);
+  }
+  Vyx::String8 const text = at.text();
+  if (flowIn) demuxer->flowInDel(id);
+  setValue<Attr>(entityOf(adapter), text);
+}
+
+template <class Attr, class Sa> void applyMember(Sa& adapter, Message const& message) {
+  auto const key = readValue<typename Attr::Key>(message.in);
+  auto const value = readValue<typename Attr::Type>(message.in);
+  message.in.expectEnd();
+  if (!message.isApplied) return Attr::tell(adapter, key);
+  auto& of = entityOf(adapter);
+  if constexpr (requires { Attr::write(of, key, value); })
+    Attr::write(of, key, value);
+  else
+    frame::valueIs<Attr>(of, key, value);
+  unmark<Attr>(of, key);
+}
+
+// The key is that of the entity itself.
+template <class Attr, class Sa> void applyReferenceMember(Sa& adapter, Message const& message) {
+  auto const key = readValue<typename Attr::Key>(message.in);
+  auto const value = readEntity<typename Attr::Type::element_type>(message.in);
+  message.in.expectEnd();
+  if (!message.isApplied) return Attr::tell(adapter, key);
+  if (!value) Vyx::throwProtocolException("a member of a collection of references refers to nothing");
+  auto& of = entityOf(adapter);
+  Attr::write(of, key, value);
+  unmark<Attr>(of, key);
+}
+
+// Keys rise from the head of a queue to its end. One that can't follow the end means that what stands there
+// is out of date.
+template <class Attr, class Sa> void applyQueued(Sa& adapter, Message const& message) {
+  unsigned const key = message.in.nextU32();
+  auto const value = readValue<typename Attr::Type>(message.in);
+  message.in.expectEnd();
+  if (!message.isApplied) return Attr::tell(adapter, key);
+  auto& of = entityOf(adapter);
+  if (!frame::queueIs<Attr>(of, key, value)) {
+    while (Attr::field(of).tail() && Attr::field(of).tail()->fwkQkey() > key)
+      frame::queueDel<Attr>(of, Attr::field(of).tail()->fwkQkey());
+    frame::queueEnter<Attr>(of, key, value);
+  }
+  unmark<Attr>(of, key);
+}
+
+template <class Attr, class Sa> void applyMemberRemoval(Sa& adapter, Message const& message) {
+  auto const key = readValue<typename Attr::Key>(message.in);
+  message.in.expectEnd();
+  if (!message.isApplied) return Attr::tell(adapter, key);
+  auto& of = entityOf(adapter);
+  if constexpr (kKind<Attr> == Kind::children)
+    frame::memberDel<Attr>(of, key);
+  else if constexpr (kKind<Attr> == Kind::queue)
+    frame::queueDel<Attr>(of, key);
+  else
+    frame::valueDel<Attr>(of, key);
+}
+
+template <class Attr, class Sa> void applyChildRemoval(Sa& adapter, Message const& message) {
+  message.in.expectEnd();
+  if (message.isApplied)
+    frame::childDel<Attr>(entityOf(adapter));
+  else
+    Attr::tell(adapter);
+}
+
+// Deletes a child. What follows is still the message's doing.
+template <class Attr, class Sa> void giveWay(Sa& adapter, typename Attr::ChildType const& child) {
+  auto& of = entityOf(adapter);
+  if constexpr (kKind<Attr> == Kind::children)
+    frame::memberDel<Attr>(of, typename Attr::Key(child.fwkKey()));
+  else
+    frame::childDel<Attr>(of);
+  adapter.flagIs(StreamAdapter::isActiveFlag, true);
+}
+
+// RETURNS the child of those constructor values. One of the same key but other values gives way to it.
+template <class Attr, class Sa, class Values>
+Vyx::Ptr<typename Attr::ChildType> instantiate(Sa& adapter, Values const& values) {
+  auto& of = entityOf(adapter);
+  auto make = [&] {
+    return std::apply([&](auto const&... value) { return Attr::instantiate(of, value...); }, values);
+  };
+  if constexpr (kKind<Attr> != Kind::children) {
+    return make();
+  } else {
+    try {
+      Vyx::Expect const expect(Vyx::Exception::kNameInUse);
+      return make();
+    } catch (Vyx::NameInUseException const&) {
+    }
+    giveWay<Attr>(adapter, *Attr::field(of).find(std::get<Attr::keyPlace>(values)));
+    return make();
+  }
+}
+
+// What the child's own reaction didn't do, since the child stood there before: joins it to its id, or
+// replaces it when the id is that of another entity.
+template <class Attr, class Sa, class Values>
+Vyx::Ptr<typename Attr::ChildType> settle(Sa& adapter, Vyx::Ptr<typename Attr::ChildType> const& child,
+                                          Vyx::EntityId const& id, Values const& values) {
+  constexpr bool keyed = kKind<Attr> == Kind::children;
+  if (adapter.checkEphemeralEntityDeletion(child.ptr(), id, keyed)) {
+    giveWay<Attr>(adapter, *child);
+    return instantiate<Attr>(adapter, values);
+  }
+  if constexpr (!keyed) Attr::tell(adapter);
+  return child;
+}
+
+// Looks at the child that stands where one is announced, before anything is changed. RETURNS whether it
+// stands there by an announcement of this side that has crossed the coming one, and stays; the other side
+// replaces its own. THROWS: ProtocolException when another entity has the id.
+template <class Attr, class Sa, class Values>
+bool hasCrossed(Sa& adapter, Vyx::EntityId const& coming, [[maybe_unused]] Values const& values) {
+  Vyx::Ptr<typename Attr::ChildType> child;
+  if constexpr (kKind<Attr> == Kind::children)
+    child = Attr::field(entityOf(adapter)).find(std::get<Attr::keyPlace>(values));
+  else
+    child = Attr::field(entityOf(adapter));
+  Vyx::StreamAdapter const* const user =
+      adapter.vyxDemuxer() ? adapter.vyxDemuxer()->reactor(coming) : nullptr;
+  if (user && user->vyxNotifierEntity() != child.ptr())
+    Vyx::throwProtocolException(Vyx::format("entity id %llx is in use", coming.value()));
+  auto const there = child ? adapterOf(*child, adapter.nboAttrLogOut()) : nullptr;
+  return there && there->flag(StreamAdapter::childAnnouncedFlag) &&
+         Vyx::NboAttrLog::Demuxer::outranks(there->entityId(), coming);
+}
+
+template <class Attr, class Sa> void applyAnnouncement(Sa& adapter, Message const& message) {
+  using Values = decltype(constructorValues<Attr>(std::declval<typename Attr::ChildType const&>()));
+  In& in = message.in;
+  auto const values = ValuesReader<Values>::read(in);
+  if (message.bodyOffset != 0) in.positionIs(message.bodyOffset);
+  std::size_t const position = in.position();
+  Vyx::EntityId const id = in.nextEntityId();
+  in.expectEnd();
+  if (!message.isApplied) {
+    if constexpr (kKind<Attr> == Kind::children)
+      return Attr::tell(adapter, std::get<Attr::keyPlace>(values));
+    else
+      return Attr::tell(adapter);
+  }
+  if (!id.isAssigned()) Vyx::throwProtocolException("an announced entity has no id");
+  if (hasCrossed<Attr>(adapter, id, values)) {
+    // What is still on its way to that id is late, not wrong.
+    adapter.vyxDemuxer()->peerGave(id);
+    return;
+  }
+  in.positionIs(position);
+  Vyx::MsgChannel::DeserializingEidAnchor const anchor(id, &entityOf(adapter));
+  auto child = instantiate<Attr>(adapter, values);
+  if (adapter.flag(StreamAdapter::isActiveFlag)) {
+    in.positionIs(position);
+    child = settle<Attr>(adapter, child, id, values);
+  }
+  if constexpr (kKind<Attr> == Kind::children) child->vyxMarkedForDeletionIs(false);
+  if (auto* entry = dynamic_cast<Vyx::MsgChannel::Constrainer::VyxEntry*>(adapter.messageChannelEntry()))
+    entry->modeIs(Vyx::MsgChannel::modeAnnounced);
+}
+
+// Reads the message of the attribute, positive or negated. RETURNS whether it is one.
+template <class Attr, class Sa>
+bool applyAttribute(Sa& adapter, Vyx::AttributeId aid, Message const& message) {
+  constexpr Kind kind = kKind<Attr>;
+  if (aid == -Attr::id) {
+    if constexpr (isKeyed<Attr>)
+      return applyMemberRemoval<Attr>(adapter, message), true;
+    else if constexpr (kind == Kind::child)
+      return applyChildRemoval<Attr>(adapter, message), true;
+  }
+  if (aid != Attr::id) return false;
+  if constexpr (kind == Kind::scalar)
+    applyScalar<Attr>(adapter, message);
+  else if constexpr (kind == Kind::text)
+    applyText<Attr>(adapter, message);
+  else if constexpr (kind == Kind::reference)
+    applyReference<Attr>(adapter, message);
+  else if constexpr (kind == Kind::values)
+    applyMember<Attr>(adapter, message);
+  else if constexpr (kind == Kind::references)
+    applyReferenceMember<Attr>(adapter, message);
+  else if constexpr (kind == Kind::queue)
+    applyQueued<Attr>(adapter, message);
+  else
+    applyAnnouncement<Attr>(adapter, message);
+  return true;
+}
+
+} // namespace replication

@@ -1,0 +1,102 @@
+// Attributes whose values are entities of their own: the child gets an adapter on the same log, and the
+// parent announces it.
+
+#pragma once
+
+#include "replication/Reactions.h"
+
+namespace replication {
+
+// The adapter of a child on its parent's log, null when it has none. What a child's type is unable to be
+// cast to is none.
+template <class Child>
+Vyx::Ptr<typename Child::VyxNboAttrLogSa> adapterOf(Child& child, Vyx::Ptr<Out> const& out) {
+  Vyx::Entity& entity = child;
+  return Vyx::dynamicPtrCast<typename Child::VyxNboAttrLogSa>(
+      entity.vyxNboAttrLogSa(Vyx::Ptr<Out const>(out)));
+}
+
+// Finds or makes the child's adapter and announces the child, unless that has been done.
+template <class Attr, class Sa>
+Vyx::Ptr<typename Attr::ChildType::VyxNboAttrLogSa>
+childAdapterIs(Sa& parent, Vyx_BitSet flags, Vyx::Ptr<typename Attr::ChildType> const& child,
+               unsigned options, Vyx::Ptr<Out> const&, Vyx::PtrInterface* channelEntry) {
+  using ChildSa = typename Attr::ChildType::VyxNboAttrLogSa;
+  auto const& out = parent.nboAttrLogOut();
+  Vyx::Ptr<ChildSa> adapter = adapterOf(*child, out);
+  if (adapter) {
+    adapter->notificationFlagsAre(flags);
+    if (adapter->flag(StreamAdapter::childAnnouncedFlag)) return adapter;
+  } else {
+    adapter = ChildSa::VyxNboAttrLogSaIs(flags, child, options, out, channelEntry);
+    adapter->vyxOnInit();
+  }
+  writeAnnouncement<Attr>(parent, *child, adapter->entityId());
+  return Vyx::validPtr(std::move(adapter));
+}
+
+// Takes the child, with everything below it, off its parent's log. RETURNS its adapter, or null.
+template <class Sa, class Child>
+Vyx::Ptr<typename Child::VyxNboAttrLogSa> childAdapterDel(Sa& parent, Vyx::Ptr<Child> const& child) {
+  if (!child) return {};
+  auto adapter = adapterOf(*child, parent.nboAttrLogOut());
+  if (adapter) adapter->doRemountSelf(nullptr);
+  return adapter;
+}
+
+// In a walk the child's own content follows at once.
+template <class Attr, class Sa>
+void announceChild(Sa& parent, Vyx::Ptr<typename Attr::ChildType> const& child) {
+  Vyx_BitSet flags;
+  flags.masked(parent.vyx_bitSet(), Vyx_BitSet::notificationBitMask());
+  auto const adapter = [&] {
+    Vyx::Expect const expect(Vyx::kAttrLogRecord);
+    return childAdapterIs<Attr>(parent, flags, child, 1, parent.nboAttrLogOut(),
+                                parent.messageChannelEntry());
+  }();
+  parent.doFixChildFlags(adapter);
+  if (parent.syncMode() == StreamAdapter::syncModeFull ||
+      parent.flag(StreamAdapter::handlingScheduledFlowOutFlag))
+    adapter->doThis();
+}
+
+// The reaction of both forms; a keyed one comes with its key. While a message is being applied the child
+// takes the id that stands next in it.
+template <class Attr, class Sa, class... Key>
+void childChanged(Sa& parent, Vyx::Ptr<typename Attr::ChildType> const& child, Key const&... key) {
+  if (isEcho(parent, Attr::id)) return;
+  Vyx::ClearIsActiveAnchor const anchor(parent);
+  if (parent.flag(StreamAdapter::isActiveFlag)) {
+    if (child) parent.adoptChild(*child);
+    return;
+  }
+  if (!mayReact<Attr>(parent)) return;
+  if (child)
+    writePatiently<Attr>(parent, [&] { announceChild<Attr>(parent, child); });
+  else
+    writeRemoval<Attr>(parent, key...);
+}
+
+template <class Attr, class Sa> void childChanged(Sa& parent) {
+  Vyx::Ptr<typename Attr::ChildType> const child = Attr::field(entityOf(parent));
+  childChanged<Attr>(parent, child);
+}
+
+template <class Attr, class Sa> void keyedChildChanged(Sa& parent, typename Attr::Key const& key) {
+  Vyx::Ptr<typename Attr::ChildType> const child(Attr::field(entityOf(parent)).find(key));
+  childChanged<Attr>(parent, child, key);
+}
+
+// Calls `each` with every child of the entity under that attribute, although they may come and go meanwhile.
+template <class Attr, class Each> void forEachChild(typename Attr::Owner& of, Each const& each) {
+  auto& field = Attr::field(of);
+  if constexpr (kKind<Attr> == Kind::child) {
+    if (field) each(Vyx::Ptr<typename Attr::ChildType>(field));
+  } else {
+    using Map = std::remove_reference_t<decltype(field)>;
+    for (typename Map::IteratorConst at(field); at; ++at)
+      each(Vyx::Ptr<typename Attr::ChildType>(at.member().ptr()));
+  }
+}
+
+} // namespace replication
