@@ -60,6 +60,10 @@ public:
     return changed;
   }
 
+  Vyx::Ptr<Vyx::Entity> childLike(Vyx::Entity& of, Vyx::Entity const& model) const override {
+    return Attr::like(this->owner(of), static_cast<ChildType const&>(model));
+  }
+
 private:
   static bool sameKeys(Map const& a, Map const& b) {
     if (a.count() != b.count()) return false;

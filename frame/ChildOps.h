@@ -26,6 +26,10 @@ public:
     bool const made = child.ptr() != before;
     return copier.copyEntity(*child, *from) || made;
   }
+
+  Vyx::Ptr<Vyx::Entity> childLike(Vyx::Entity& of, Vyx::Entity const& model) const override {
+    return Attr::like(this->owner(of), static_cast<typename Attr::ChildType const&>(model));
+  }
 };
 
 } // namespace frame

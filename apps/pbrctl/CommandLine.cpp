@@ -1,6 +1,8 @@
 #include "pbrctl/CommandLine.h"
 
+#include "Vyx/NboAttrLog/ConnectionException.h"
 #include "pbrctl/Commands.h"
+#include "pbrctl/Served.h"
 
 #include <CLI/CLI.hpp>
 #include <functional>
@@ -19,10 +21,26 @@ struct Arguments {
   std::string path;
   std::string value;
   std::string form;
+  std::string as = "config";
+  std::string socket;
+  std::string config;
+  std::string record;
+  double timeout = 10;
+  double time = 0; // 0 for as long as nobody ends it.
+  bool allowOtherHosts = false;
   bool json = false;
   bool trace = false;
   std::function<int()> run;
+
+  TreeFile treeFile() const { return {file, as}; }
+  Remote remote() const { return {Vyx::NboAttrLog::addressFromText(socket), seconds(timeout)}; }
+
+  static Vyx::NboAttrLog::Duration seconds(double number) {
+    return std::chrono::duration_cast<Vyx::NboAttrLog::Duration>(std::chrono::duration<double>(number));
+  }
 };
+
+constexpr double kLongest = 1e6; // Of what is given in seconds.
 
 CLI::App& verb(CLI::App& app, Arguments& a, char const* name, char const* about, std::function<int()> run) {
   CLI::App& sub = *app.add_subcommand(name, about);
@@ -36,15 +54,56 @@ void addFile(CLI::App& sub, std::string& into, char const* name, char const* abo
 
 void addJson(CLI::App& sub, Arguments& a) { sub.add_flag("-j,--json", a.json, "Write JSON"); }
 
+void addAs(CLI::App& sub, Arguments& a) {
+  sub.add_option("--as", a.as, "What the file holds; a status and a checkpoint are JSON")
+      ->check(CLI::IsMember({"config", "status", "checkpoint"}))
+      ->capture_default_str();
+}
+
+std::string addressProblem(std::string const& text) {
+  try {
+    Vyx::NboAttrLog::addressFromText(text);
+    return {};
+  } catch (Vyx::NboAttrLog::ConnectionException const& e) {
+    return e.what();
+  }
+}
+
+CLI::Option& addSocket(CLI::App& sub, Arguments& a) {
+  return *sub.add_option("--socket", a.socket, "Where the server is: a path or tcp:HOST:PORT")
+              ->check(CLI::Validator(addressProblem, "ADDRESS"));
+}
+
+void addTimeout(CLI::App& sub, Arguments& a) {
+  sub.add_option("--timeout", a.timeout, "How many seconds to wait for the server")
+      ->check(CLI::Range(0.001, kLongest))
+      ->capture_default_str();
+}
+
+std::string rootProblem(std::string const& text) {
+  return servedRoot(text) ? "" : "a server holds config, status and checkpoint, and no '" + text + "'";
+}
+
+int show(Arguments const& a, Io io) {
+  if (a.socket.empty()) return showFile(a.treeFile(), a.json, io);
+  std::string const problem = rootProblem(a.file);
+  if (problem.empty()) return showServed(a.file, a.remote(), a.json, io);
+  io.err << "pbrctl: error: " << problem << '\n';
+  return kUsage;
+}
+
 void addReadingVerbs(CLI::App& app, Arguments& a, Io io) {
   CLI::App& check =
       verb(app, a, "check", "Say whether files are right", [&a, io] { return checkFiles(a.files, io); });
   check.add_option("FILE", a.files, "Files to read")->required();
 
-  CLI::App& show = verb(app, a, "show", "Show what a file says, sorted",
-                        [&a, io] { return showFile(a.file, a.json, io); });
-  addFile(show, a.file, "FILE", "File to read");
-  addJson(show, a);
+  CLI::App& shown = verb(app, a, "show", "Show what a file says, sorted, or what a server holds",
+                         [&a, io] { return show(a, io); });
+  addFile(shown, a.file, "FILE", "File to read; with --socket: config, status or checkpoint");
+  addAs(shown, a);
+  addSocket(shown, a);
+  addTimeout(shown, a);
+  addJson(shown, a);
 
   CLI::App& convert = verb(app, a, "convert", "Write a file in another form",
                            [&a, io] { return convertFile(a.file, a.form, io); });
@@ -54,9 +113,10 @@ void addReadingVerbs(CLI::App& app, Arguments& a, Io io) {
       ->check(CLI::IsMember({"text", "json", "pbr-map"}));
 
   CLI::App& diff = verb(app, a, "diff", "Show what differs between two files",
-                        [&a, io] { return diffFiles(a.file, a.second, a.json, io); });
+                        [&a, io] { return diffFiles(a.treeFile(), a.second, a.json, io); });
   addFile(diff, a.file, "A", "File to compare");
   addFile(diff, a.second, "B", "File to compare it with");
+  addAs(diff, a);
   addJson(diff, a);
 }
 
@@ -78,16 +138,59 @@ void addReflectionVerbs(CLI::App& app, Arguments& a, Io io) {
   addJson(types, a);
 
   CLI::App& get = verb(app, a, "get", "Show one attribute of a file's tree",
-                       [&a, io] { return getValue(a.file, a.path, io); });
+                       [&a, io] { return getValue(a.treeFile(), a.path, io); });
   addFile(get, a.file, "FILE", "File to read");
   addFile(get, a.path, "PATH",
           "Path of the attribute, such as pmapType.pmap[WAN].currentSubConfig; . is the root");
+  addAs(get, a);
 
   CLI::App& set = verb(app, a, "set", "Show a file as it is with one attribute changed",
-                       [&a, io] { return setValue(a.file, a.path, a.value, io); });
+                       [&a, io] { return setValue(a.treeFile(), a.path, a.value, io); });
   addFile(set, a.file, "FILE", "File to read; it is not written");
   addFile(set, a.path, "PATH", "Path of the attribute");
   addFile(set, a.value, "VALUE", "The new value");
+  addAs(set, a);
+}
+
+void addServe(CLI::App& app, Arguments& a, Io io) {
+  CLI::App& serving = verb(app, a, "serve", "Hold a configuration for other processes", [&a, io] {
+    return serve({Vyx::NboAttrLog::addressFromText(a.socket), a.config, a.allowOtherHosts}, io);
+  });
+  addSocket(serving, a).required();
+  serving.add_option("--config", a.config, "File with the configuration to begin with");
+  serving.add_flag("--allow-other-hosts", a.allowOtherHosts,
+                   "Accept a TCP address that other hosts can reach; they may read");
+}
+
+void addRemoteVerbs(CLI::App& app, Arguments& a, Io io) {
+  CLI::App& load = verb(app, a, "load", "Copy a file's configuration onto the one that a server holds",
+                        [&a, io] { return loadFile(a.file, a.remote(), a.json, io); });
+  addFile(load, a.file, "FILE", "File to read");
+  addSocket(load, a).required();
+  addTimeout(load, a);
+  addJson(load, a);
+
+  CLI::App& watch = verb(app, a, "watch", "Show every change of what a server holds", [&a, io] {
+    WatchOptions options{a.remote(), a.path, a.json, a.record, {}};
+    if (a.time > 0) options.time = Arguments::seconds(a.time);
+    return watchServer(options, io);
+  });
+  watch.add_option("PATH", a.path, "config, status or checkpoint; all of them if nothing is said")
+      ->check(CLI::Validator(rootProblem, "ROOT"));
+  addSocket(watch, a).required();
+  addTimeout(watch, a);
+  watch.add_option("--record", a.record, "File to keep what the server sends");
+  watch.add_option("--for", a.time, "How many seconds to watch; until SIGINT or SIGTERM if nothing is said")
+      ->check(CLI::Range(0.001, kLongest));
+  addJson(watch, a);
+}
+
+void addLog(CLI::App& app, Arguments& a, Io io) {
+  CLI::App& log = *app.add_subcommand("log", "Look at recorded connections");
+  log.require_subcommand(1);
+  CLI::App& dump =
+      verb(log, a, "dump", "Show a recording, a field a line", [&a, io] { return dumpLog(a.file, io); });
+  addFile(dump, a.file, "FILE", "Recording to read");
 }
 
 } // namespace
@@ -96,11 +199,14 @@ int runCommandLine(int argc, char const* const* argv, Io io) {
   CLI::App app("Configuration of policy-based routing: read, compare, copy.", "pbrctl");
   app.set_version_flag("--version", kVersion);
   app.require_subcommand(1);
-  app.footer("Exit codes: 0 done, 1 refused, 2 usage.");
+  app.footer("Exit codes: 0 done, 1 refused, 2 usage, 3 the server cannot be reached.");
   Arguments arguments;
   addReadingVerbs(app, arguments, io);
   addCopy(app, arguments, io);
   addReflectionVerbs(app, arguments, io);
+  addServe(app, arguments, io);
+  addRemoteVerbs(app, arguments, io);
+  addLog(app, arguments, io);
   try {
     app.parse(argc, argv);
   } catch (CLI::ParseError const& e) {

@@ -34,6 +34,19 @@ void Diagnostics::print(std::ostream& out) const {
   if (leftOut_ != 0) out << file_ << ": " << leftOut_ << " more errors are not shown\n";
 }
 
+std::string escaped(std::string_view text) {
+  static constexpr char kHex[] = "0123456789abcdef";
+  std::string out;
+  for (char c : text) {
+    auto const byte = static_cast<unsigned char>(c);
+    if (byte < 0x20 || byte == 0x7f)
+      (out += "\\x") += {kHex[byte >> 4], kHex[byte & 15]};
+    else
+      out += c;
+  }
+  return out;
+}
+
 std::string inQuotes(std::string_view word) {
   bool const cut = word.size() > kShown;
   if (cut) {
@@ -41,16 +54,7 @@ std::string inQuotes(std::string_view word) {
     while (end > 0 && isContinuation(word[end])) --end;
     word = word.substr(0, end);
   }
-  static constexpr char kHex[] = "0123456789abcdef";
-  std::string text = "'";
-  for (char c : word) {
-    auto const byte = static_cast<unsigned char>(c);
-    if (byte < 0x20 || byte == 0x7f)
-      (text += "\\x") += {kHex[byte >> 4], kHex[byte & 15]};
-    else
-      text += c;
-  }
-  return text + (cut ? "...'" : "'");
+  return "'" + escaped(word) + (cut ? "...'" : "'");
 }
 
 } // namespace Pbrctl

@@ -39,6 +39,8 @@ private:
   std::size_t leftOut_ = 0;
 };
 
+// With the bytes escaped that don't print.
+std::string escaped(std::string_view text);
 // The word in single quotes, fit to be shown: long ones are cut, bytes that don't print are escaped.
 std::string inQuotes(std::string_view word);
 

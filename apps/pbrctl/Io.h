@@ -11,6 +11,6 @@ struct Io {
   std::ostream& err;
 };
 
-enum ExitCode { kDone = 0, kRefused = 1, kUsage = 2 };
+enum ExitCode { kDone = 0, kRefused = 1, kUsage = 2, kUnreachable = 3 };
 
 } // namespace Pbrctl

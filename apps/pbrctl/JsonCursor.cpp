@@ -1,5 +1,8 @@
 #include "pbrctl/JsonCursor.h"
 
+#include <algorithm>
+#include <cctype>
+
 namespace Pbrctl {
 
 void JsonCursor::errorAt(std::size_t offset, std::string const& path, std::string const& text) const {
@@ -51,6 +54,14 @@ std::vector<JsonCursor> JsonCursor::items() const {
   for (std::size_t i = 0; i < value_->items.size(); ++i)
     items.emplace_back(value_->items[i], path_ + "[" + std::to_string(i) + "]", *source_, *diagnostics_);
   return items;
+}
+
+JsonCursor JsonCursor::below(JsonValue::Member const& member) const {
+  bool const isWord = std::all_of(member.name.begin(), member.name.end(),
+                                  [](unsigned char c) { return c == '_' || (c < 0x80 && std::isalnum(c)); });
+  std::string const step = isWord ? member.name : "[" + inQuotes(member.name) + "]";
+  std::string const path = path_.empty() || !isWord ? path_ + step : path_ + "." + step;
+  return JsonCursor(member.value, path, *source_, *diagnostics_);
 }
 
 JsonObject::JsonObject(JsonCursor const& at) : at_(at) {

@@ -41,6 +41,8 @@ public:
     }
   }
   std::vector<JsonCursor> items() const;
+  // One of the members of this value. The path has a name that is no word in brackets.
+  JsonCursor below(JsonValue::Member const& member) const;
 
 private:
   friend class JsonObject;

@@ -49,14 +49,14 @@ public:
   bool boolean(bool value) override {
     return enter(JsonValue::Kind::boolean, [=](JsonValue& v) { v.boolean = value; });
   }
-  bool number_integer(number_integer_t) override {
-    return enter(JsonValue::Kind::fraction, [](JsonValue&) {});
+  bool number_integer(number_integer_t value) override {
+    return enter(JsonValue::Kind::fraction, [=](JsonValue& v) { v.text = std::to_string(value); });
   }
   bool number_unsigned(number_unsigned_t value) override {
     return enter(JsonValue::Kind::number, [=](JsonValue& v) { v.number = value; });
   }
-  bool number_float(number_float_t, string_t const&) override {
-    return enter(JsonValue::Kind::fraction, [](JsonValue&) {});
+  bool number_float(number_float_t, string_t const& word) override {
+    return enter(JsonValue::Kind::fraction, [&](JsonValue& v) { v.text = word; });
   }
   bool string(string_t& value) override {
     return enter(JsonValue::Kind::text, [&](JsonValue& v) { v.text = std::move(value); });

@@ -19,7 +19,7 @@ struct JsonValue {
   std::size_t offset = 0; // In the source's bytes.
   bool boolean = false;
   std::uint64_t number = 0; // A whole number that isn't negative; any other is a fraction.
-  std::string text;
+  std::string text;         // Of a fraction: as the file has it.
   std::vector<JsonValue> items;
   std::vector<Member> members; // In the order of the file; no name twice.
 };

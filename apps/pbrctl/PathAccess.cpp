@@ -1,8 +1,10 @@
 #include "pbrctl/PathAccess.h"
 
+#include "Vyx/TypeOf.h"
 #include "frame/AttributeFlags.h"
 #include "pbrctl/Diagnostics.h"
 
+#include <cmath>
 #include <optional>
 
 namespace Pbrctl {
@@ -124,6 +126,11 @@ Lines attributesOf(GenericIf& object) {
   return lines;
 }
 
+// No file could say it.
+bool isNoNumber(GenericIf const& value) {
+  return value.type() == Vyx::typeOf<double>() && !std::isfinite(*static_cast<double const*>(value.object()));
+}
+
 // What reflection and the readers of values raise is told as an error of the path.
 template <class Act> auto reflecting(Act act) -> decltype(act()) {
   try {
@@ -164,7 +171,9 @@ void PathAccess::set(std::string_view path, std::string const& value) const {
     if (isKeyed(attr) && !steps.back().key)
       fail(inQuotes(steps.back().attribute) + " is a collection and needs a key");
     Object const index = indexOf(attr, steps.back());
-    owner->attributeOp({attr.id(), Op::write}, index, attr.valueType()->valueFromStrep(Vyx::String8(value)));
+    Object const operand = attr.valueType()->valueFromStrep(Vyx::String8(value));
+    if (isNoNumber(*operand)) fail(inQuotes(value) + " is no number");
+    owner->attributeOp({attr.id(), Op::write}, index, operand);
   });
 }
 

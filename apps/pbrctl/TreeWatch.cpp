@@ -1,170 +1,27 @@
 #include "pbrctl/TreeWatch.h"
 
-#include "pbrctl/Watcher.h"
+#include "pbrctl/RootWatches.h"
 
 namespace Pbrctl {
 
 namespace {
 
-class FwdActionWatcher final : public Watcher<Pbr::PbrFwdAction> {
-public:
-  using Pbr::PbrFwdAction::NotifieeConst::onNexthop;
-  using Watcher::Watcher;
-  void watchTree(Pbr::PbrFwdAction const& on) { watch(on); }
-  void onNexthop(Lomu::IpGenAddr const& key) override {
-    auto const at = notifier()->nexthopIterator(key);
-    memberIs("nexthop", key, at && at.key() == key, notifier()->nexthop(key));
-  }
-  void onRecursive() override { valueIs("recursive", notifier()->recursive()); }
-  void onNexthopGroup() override { valueIs("nexthopGroup", notifier()->nexthopGroup()); }
-
-private:
-  std::string about() const override { return "class " + textOf(notifier()->className()); }
-};
-
-class DscpActionWatcher final : public Watcher<Pbr::PbrActionSetDscp> {
-public:
-  using Watcher::Watcher;
-  void watchTree(Pbr::PbrActionSetDscp const& on) { watch(on); }
-};
-
-class ContainerWatcher final : public Watcher<Pbr::PbrActionContainer> {
-public:
-  using Pbr::PbrActionContainer::NotifieeConst::onDscpAction;
-  using Pbr::PbrActionContainer::NotifieeConst::onFwdAction;
-  using Watcher::Watcher;
-  void watchTree(Pbr::PbrActionContainer const& on) {
-    for (auto it = on.fwdActionIteratorConst(); it; ++it)
-      follow<FwdActionWatcher>(below("fwdAction", it->id()), *it);
-    for (auto it = on.dscpActionIteratorConst(); it; ++it)
-      follow<DscpActionWatcher>(below("dscpAction", it->id()), *it);
-    watch(on);
-  }
-  void onFwdAction(Kest::UniqueId const& id) override {
-    childIs<FwdActionWatcher>("fwdAction", id, notifier()->fwdAction(id));
-  }
-  void onDscpAction(Kest::UniqueId const& id) override {
-    childIs<DscpActionWatcher>("dscpAction", id, notifier()->dscpAction(id));
-  }
-};
-
-class ClassMapContentWatcher final : public Watcher<PolicyMap::ClassMapSubConfig> {
-public:
-  using PolicyMap::ClassMapSubConfig::NotifieeConst::onMatch;
-  using Watcher::Watcher;
-  void watchTree(PolicyMap::ClassMapSubConfig const& on) { watch(on); }
-  void onDynamic() override { valueIs("dynamic", notifier()->dynamic()); }
-  void onMatch(std::uint32_t sequence) override {
-    auto const at = notifier()->matchIterator(sequence);
-    memberIs("match", sequence, at && at.key() == sequence, notifier()->match(sequence));
-  }
-};
-
-class ClassActionWatcher final : public Watcher<PolicyMap::ClassAction> {
-public:
-  using PolicyMap::ClassAction::NotifieeConst::onPolicyAction;
-  using Watcher::Watcher;
-  void watchTree(PolicyMap::ClassAction const& on) { watch(on); }
-  void onSequence() override { valueIs("sequence", notifier()->sequence()); }
-  void onPolicyAction(PolicyMap::ActionType type) override {
-    if (auto const action = notifier()->policyAction(type))
-      tell(below("policyAction", type), textOf(action->id()));
-    else
-      gone(below("policyAction", type));
-  }
-};
-
-class PolicyMapContentWatcher final : public Watcher<PolicyMap::PolicyMapSubConfig> {
-public:
-  using PolicyMap::PolicyMapSubConfig::NotifieeConst::onClassAction;
-  using Watcher::Watcher;
-  void watchTree(PolicyMap::PolicyMapSubConfig const& on) {
-    for (auto it = on.classActionIteratorConst(); it; ++it)
-      follow<ClassActionWatcher>(below("classAction", it->name()), *it);
-    watch(on);
-  }
-  void onDynamic() override { valueIs("dynamic", notifier()->dynamic()); }
-  void onClassAction(Vyx::Name name) override {
-    childIs<ClassActionWatcher>("classAction", name, notifier()->classAction(name));
-  }
-};
-
-// Class maps and policy maps have the same shape.
-template <class Map, class ContentWatcher> class MapWatcher final : public Watcher<Map> {
-public:
-  using Watcher<Map>::Watcher;
-  using Map::NotifieeConst::onSubconfig;
-  void watchTree(Map const& on) {
-    for (auto it = on.subconfigIteratorConst(); it; ++it)
-      this->template follow<ContentWatcher>(this->below("subconfig", it->id()), *it);
-    this->watch(on);
-  }
-  void onSubconfig(Kest::UniqueId const& id) override {
-    this->template childIs<ContentWatcher>("subconfig", id, this->notifier()->subconfig(id));
-  }
-  void onCurrentSubConfig() override {
-    auto const current = this->notifier()->currentSubConfig();
-    this->tell(this->below("currentSubConfig"), current ? textOf(current->id()) : "none");
-  }
-};
-
-using ClassMapWatcher = MapWatcher<PolicyMap::ClassMapConfig, ClassMapContentWatcher>;
-using PolicyMapWatcher = MapWatcher<PolicyMap::PolicyMapConfig, PolicyMapContentWatcher>;
-
-class ClassMapTypeWatcher final : public Watcher<PolicyMap::ClassMapTypeConfig> {
-public:
-  using PolicyMap::ClassMapTypeConfig::NotifieeConst::onCmap;
-  using Watcher::Watcher;
-  void watchTree(PolicyMap::ClassMapTypeConfig const& on) {
-    for (auto it = on.cmapIteratorConst(); it; ++it) follow<ClassMapWatcher>(below("cmap", it->name()), *it);
-    watch(on);
-  }
-  void onCmap(Vyx::Name name) override { childIs<ClassMapWatcher>("cmap", name, notifier()->cmap(name)); }
-};
-
-class PolicyMapTypeWatcher final : public Watcher<PolicyMap::PolicyMapTypeConfig> {
-public:
-  using PolicyMap::PolicyMapTypeConfig::NotifieeConst::onIntf;
-  using PolicyMap::PolicyMapTypeConfig::NotifieeConst::onIntfFallback;
-  using PolicyMap::PolicyMapTypeConfig::NotifieeConst::onPmap;
-  using Watcher::Watcher;
-  void watchTree(PolicyMap::PolicyMapTypeConfig const& on) {
-    for (auto it = on.pmapIteratorConst(); it; ++it) follow<PolicyMapWatcher>(below("pmap", it->name()), *it);
-    watch(on);
-  }
-  void onPmap(Vyx::Name name) override { childIs<PolicyMapWatcher>("pmap", name, notifier()->pmap(name)); }
-  void onIntf(Lomu::IntfId id) override {
-    auto const at = notifier()->intfIterator(id);
-    memberIs("intf", id, at && at.key() == id, notifier()->intf(id));
-  }
-  void onIntfFallback(Lomu::IntfId id) override {
-    auto const at = notifier()->intfFallbackIterator(id);
-    memberIs("intfFallback", id, at && at.key() == id, notifier()->intfFallback(id));
-  }
-};
-
-class ConfigWatcher final : public Watcher<Pbr::Config> {
-public:
-  using Watcher::Watcher;
-  void watchTree(Pbr::Config const& on) {
-    if (auto const child = on.pbrActions()) follow<ContainerWatcher>("pbrActions", *child);
-    if (auto const child = on.cmapType()) follow<ClassMapTypeWatcher>("cmapType", *child);
-    if (auto const child = on.pmapType()) follow<PolicyMapTypeWatcher>("pmapType", *child);
-    watch(on);
-  }
-  void onPbrUnresolvedNexthopActionDrop() override {
-    valueIs("pbrUnresolvedNexthopActionDrop", notifier()->pbrUnresolvedNexthopActionDrop());
-  }
-  void onBgpPbrRedirect() override { valueIs("bgpPbrRedirect", notifier()->bgpPbrRedirect()); }
-  void onPbrEnableNonAgingMacAddr() override {
-    valueIs("pbrEnableNonAgingMacAddr", notifier()->pbrEnableNonAgingMacAddr());
-  }
-  void onPbrActions() override { onlyChildIs<ContainerWatcher>("pbrActions", notifier()->pbrActions()); }
-  void onCmapType() override { onlyChildIs<ClassMapTypeWatcher>("cmapType", notifier()->cmapType()); }
-  void onPmapType() override { onlyChildIs<PolicyMapTypeWatcher>("pmapType", notifier()->pmapType()); }
-};
+Reactor watchRootOf(Vyx::Ptr<Vyx::Entity> const& root, ChangeSink const& sink, std::string path) {
+  if (auto const config = Vyx::dynamicPtrCast<Pbr::Config>(root))
+    return watchConfig(*config, sink, std::move(path));
+  if (auto const status = Vyx::dynamicPtrCast<Pbr::Status>(root))
+    return watchStatus(*status, sink, std::move(path));
+  if (auto const checkpoint = Vyx::dynamicPtrCast<Pbr::CheckpointStatus>(root))
+    return watchCheckpoint(*checkpoint, sink, std::move(path));
+  return {};
+}
 
 } // namespace
+
+std::string Change::path() const {
+  std::string const to = entity.empty() ? attribute : entity + "." + attribute;
+  return key ? to + "[" + *key + "]" : to;
+}
 
 char const* kindName(Change::Kind kind) {
   switch (kind) {
@@ -178,11 +35,8 @@ char const* kindName(Change::Kind kind) {
   return "set";
 }
 
-TreeWatch::TreeWatch(Vyx::Ptr<Pbr::Config> const& config, ChangeSink sink) : sink_(std::move(sink)) {
-  auto const reactor = Vyx::ptrFromNew(new ConfigWatcher(sink_, ""));
-  reactor->watchTree(*config);
-  reactor_ = reactor;
-}
+TreeWatch::TreeWatch(Vyx::Ptr<Vyx::Entity> const& root, ChangeSink sink, std::string path)
+    : sink_(std::move(sink)), reactor_(watchRootOf(root, sink_, std::move(path))) {}
 
 TreeWatch::~TreeWatch() = default;
 

@@ -1,24 +1,31 @@
-// Reactors on a whole configuration: every notification of every entity in it, children that appear later
-// included, is noted with its path.
+// Reactors on a whole tree: every notification of every entity in it, children that appear later included,
+// is noted with its path.
 
 #pragma once
 
 #include "Pbr/Pbr.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace Pbrctl {
 
-// One notification. The path leads from the configuration to the attribute, as PathAccess reads it.
+// One notification.
 struct Change {
   enum class Kind {
     set,     // A value, new or changed; `value` is its text.
     added,   // A child came; its content follows in its own notifications.
     removed, // A member of a collection went.
   };
+
+  // From the root to the attribute, or to the member of that key, as PathAccess reads it.
+  std::string path() const;
+
   Kind kind;
-  std::string path;
+  std::string entity; // The path of the entity; empty for the root.
+  std::string attribute;
+  std::optional<std::string> key;
   std::string value;
   std::string about; // What an identifier in the path stands for; may be empty.
 };
@@ -30,8 +37,10 @@ using ChangeSink = std::function<void(Change const&)>;
 // Holds the reactors of one entity and, through them, those of all that lies below.
 class TreeWatch {
 public:
+  // `path` stands in front of every path that the sink hears.
   // ORDER: the sink hears in the order of the notifications. What is there already isn't told.
-  TreeWatch(Vyx::Ptr<Pbr::Config> const& config, ChangeSink sink);
+  // REQUIRES: a configuration, a status or a checkpoint.
+  TreeWatch(Vyx::Ptr<Vyx::Entity> const& root, ChangeSink sink, std::string path = {});
   ~TreeWatch();
   TreeWatch(TreeWatch const&) = delete;
   TreeWatch& operator=(TreeWatch const&) = delete;

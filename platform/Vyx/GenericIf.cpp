@@ -130,5 +130,9 @@ std::unique_ptr<GenericIf::AnyIterator> AttributeOps::iterator(GenericIf const&,
 }
 bool AttributeOps::copy(Entity&, Entity const&, EntityCopier&) const { return false; }
 bool AttributeOps::isCopied() const { return false; }
+Ptr<Entity> AttributeOps::childLike(Entity&, Entity const& model) const {
+  GenericIf::throwOpNotSupportedException(model.fwkType()->name().charPtr(), GenericIf::AttributeOp::write,
+                                          false);
+}
 
 } // namespace Vyx

@@ -189,6 +189,11 @@ public:
   virtual bool copy(Entity& dest, Entity const& src, EntityCopier& copier) const;
   // Whether `copy` can ever do anything.
   virtual bool isCopied() const;
+  // RETURNS the child that the owner has, or makes, with the model's constructor values; the model's own
+  // attributes aren't looked at.
+  // REQUIRES: the owner has the attribute, and the model is of its child type.
+  // THROWS: OpNotSupportedException when the attribute has no children.
+  virtual Ptr<Entity> childLike(Entity& owner, Entity const& model) const;
 
 protected:
   ~AttributeOps() = default;

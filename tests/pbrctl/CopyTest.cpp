@@ -123,7 +123,7 @@ TEST(TreeWatch, HearsChildrenThatCameBeforeAndAfter) {
   auto const tree = treeOf(kBase);
   std::vector<std::string> heard;
   TreeWatch const watch(
-      tree, [&](Change const& c) { heard.push_back(std::string(kindName(c.kind)) + " " + c.path); });
+      tree, [&](Change const& c) { heard.push_back(std::string(kindName(c.kind)) + " " + c.path()); });
   tree->cmapType()->cmapIs("NEW");
   tree->bgpPbrRedirectIs(true);
   forwardOf(*tree, "P", "C")->recursiveIs(true);
@@ -137,7 +137,7 @@ TEST(TreeWatch, HearsNothingOfAChildThatLeft) {
   auto const tree = treeOf(kBase);
   auto const pmap = tree->pmapType()->pmap("P");
   std::vector<std::string> heard;
-  TreeWatch const watch(tree, [&](Change const& c) { heard.push_back(c.path); });
+  TreeWatch const watch(tree, [&](Change const& c) { heard.push_back(c.path()); });
   tree->pmapType()->pmapDel("P");
   pmap->currentSubConfig()->dynamicIs(true);
   EXPECT_EQ(std::vector<std::string>{"pmapType.pmap[P]"}, heard);

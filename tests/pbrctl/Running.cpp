@@ -18,6 +18,14 @@ std::string newDirectory() {
   return path;
 }
 
+std::string shellQuoted(std::string const& word) {
+  std::string text = "'";
+  for (char c : word) text += c == '\'' ? "'\\''" : std::string(1, c);
+  return text + "'";
+}
+
+} // namespace
+
 std::string contentOf(std::string const& path) {
   std::ifstream in(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
@@ -31,14 +39,6 @@ std::string programPath() {
   return std::filesystem::read_symlink("/proc/self/exe").parent_path().parent_path() / "apps/pbrctl/pbrctl";
 #endif
 }
-
-std::string shellQuoted(std::string const& word) {
-  std::string text = "'";
-  for (char c : word) text += c == '\'' ? "'\\''" : std::string(1, c);
-  return text + "'";
-}
-
-} // namespace
 
 Ran run(std::vector<std::string> const& arguments) {
   std::vector<char const*> argv = {"pbrctl"};

@@ -24,6 +24,10 @@ Ran run(std::vector<std::string> const& arguments);
 // stands where the build puts it beside this test.
 Ran runProgram(std::vector<std::string> const& arguments);
 
+// Where the built program is, as above.
+std::string programPath();
+std::string contentOf(std::string const& path);
+
 // A file of a test, removed with the test.
 class TestFile {
 public:

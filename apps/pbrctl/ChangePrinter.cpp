@@ -1,0 +1,25 @@
+#include "pbrctl/ChangePrinter.h"
+
+#include <ostream>
+
+namespace Pbrctl {
+
+void printChange(Change const& change, std::ostream& out) {
+  std::string const kind = kindName(change.kind);
+  out << kind << std::string(9 - kind.size(), ' ') << change.path();
+  if (change.kind == Change::Kind::set) out << " = " << change.value;
+  if (!change.about.empty()) out << "   (" << change.about << ")";
+  out << '\n';
+}
+
+nlohmann::json changesJson(std::vector<Change> const& changes) {
+  nlohmann::json list = nlohmann::json::array();
+  for (Change const& change : changes) {
+    nlohmann::json entry = {{"change", kindName(change.kind)}, {"path", change.path()}};
+    if (change.kind == Change::Kind::set) entry["value"] = change.value;
+    list.push_back(std::move(entry));
+  }
+  return list;
+}
+
+} // namespace Pbrctl
