@@ -1,5 +1,6 @@
 #include "ShopListeners.h"
 
+#include "Vyx/NboAttrLog/Out.h"
 #include "Vyx/StreamAdapter.h"
 
 namespace {
@@ -222,7 +223,10 @@ TEST_F(WeakAttachment, WeaknessMayComeAndGoWhileAttached) {
 // A reactor that works for a stream adapter, and the adapter.
 class ForAdapter : public ShelfListener {
 public:
-  class Adapter : public Vyx::Entity::VyxNboAttrLogSa {};
+  class Adapter : public Vyx::Entity::VyxNboAttrLogSa {
+  public:
+    Adapter() : VyxNboAttrLogSa({}, 0, nullptr, nullptr) {}
+  };
 
   using ShelfListener::ShelfListener;
   Vyx::Ptr<Vyx::PtrInterface const> vyxReactor() const override { return adapter_; }

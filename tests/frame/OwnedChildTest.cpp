@@ -110,6 +110,8 @@ public:
   static constexpr std::array<char const*, 1> kVyxParameterNames{"name"};
   static auto vyxParameters(Leaf const& of) { return std::tuple<Vyx::Name>(of.name()); }
 
+  Vyx::ListRaw<NotifieeConst>& vyxReactors() const { return reactors_; }
+
   explicit Leaf(Vyx::Name name) : Entity(name) {
     if (name == "bad") Vyx::throwRangeException("bad leaf");
   }
@@ -123,6 +125,9 @@ public:
   }
 
   static inline Heard log;
+
+private:
+  mutable Vyx::ListRaw<NotifieeConst> reactors_;
 };
 
 class Twig : public Vyx::Entity {

@@ -1,5 +1,6 @@
 // How a reactor holds its notifier, below what the entity types add.
 
+#include "Vyx/NboAttrLog/Out.h"
 #include "Vyx/StreamAdapter.h"
 #include "support/Reactors.h"
 
