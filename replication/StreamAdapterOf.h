@@ -18,10 +18,22 @@
 
 namespace replication {
 
-template <class X> class StreamAdapterOf : public X::VyxBase::VyxNboAttrLogSa {
+// The runtime's base is made without the entity, which every other base takes.
+class FirstAdapter : public Vyx::Entity::VyxNboAttrLogSa {
+protected:
+  FirstAdapter(Vyx_BitSet flags, Vyx::Ptr<Vyx::Entity> const&, unsigned options, Vyx::Ptr<Out> const& out,
+               Vyx::PtrInterface* channelEntry)
+      : VyxNboAttrLogSa(flags, options, out, channelEntry) {}
+};
+
+template <class X>
+using AdapterBase = std::conditional_t<std::is_same_v<typename X::VyxBase, Vyx::Entity>, FirstAdapter,
+                                       typename X::VyxBase::VyxNboAttrLogSa>;
+
+template <class X> class StreamAdapterOf : public AdapterBase<X> {
 public:
   using Entity = X;
-  using Base = typename X::VyxBase::VyxNboAttrLogSa;
+  using Base = AdapterBase<X>;
   using Options = StreamAdapter::DeserializationOptions;
   using TransactionType = StreamAdapter::AttrTransactionType;
   static constexpr bool kIsFirst = std::is_same_v<typename X::VyxBase, Vyx::Entity>;
@@ -58,12 +70,7 @@ public:
 
 protected:
   StreamAdapterOf(Vyx_BitSet flags, Vyx::Ptr<X> const& entity, unsigned options, Vyx::Ptr<Out> const& out,
-                  Vyx::PtrInterface* channelEntry) requires(kIsFirst)
-      : Base(flags, options, out, channelEntry) {
-    attach(entity);
-  }
-  StreamAdapterOf(Vyx_BitSet flags, Vyx::Ptr<X> const& entity, unsigned options, Vyx::Ptr<Out> const& out,
-                  Vyx::PtrInterface* channelEntry) requires(!kIsFirst)
+                  Vyx::PtrInterface* channelEntry)
       : Base(flags, entity, options, out, channelEntry) {
     attach(entity);
   }
