@@ -4,6 +4,7 @@
 
 #include "Vyx/ListRaw.h"
 #include "Vyx/NboAttrLog/Demuxer.h"
+#include "Vyx/ValidPtr.h"
 
 namespace replication {
 

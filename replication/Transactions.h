@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "frame/Queue.h"
 #include "replication/Children.h"
 
 namespace replication {

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "Vyx/Exception.h"
 #include "Vyx/NboAttrLog/Demuxer.h"
 #include "Vyx/NboAttrLog/ValueCodec.h"
 
