@@ -186,7 +186,7 @@ TEST_F(ResyncTest, AReferenceLeadsToTheReadersOwnEntity) {
 
 // The policy map stands before the class map that it waits for nowhere, so a reference is made to what the
 // same walk brings only later: the actions are deleted and made anew behind their users.
-TEST_F(ResyncTest, AReferenceThatComesBeforeItsEntityWaits) {
+TEST_F(ResyncTest, ReferencesFindTheirEntitiesWhereThereIsLittleRoom) {
   LinkOptions small;
   small.outCapacity = 300;
   disconnect();
