@@ -184,8 +184,7 @@ TEST_F(ResyncTest, AReferenceLeadsToTheReadersOwnEntity) {
   EXPECT_EQ(policy->subconfig(kId).ptr(), policy->currentSubConfig().ptr());
 }
 
-// The policy map stands before the class map that it waits for nowhere, so a reference is made to what the
-// same walk brings only later: the actions are deleted and made anew behind their users.
+// Actions, and the class actions that refer to them, are made while the reader takes nothing.
 TEST_F(ResyncTest, ReferencesFindTheirEntitiesWhereThereIsLittleRoom) {
   LinkOptions small;
   small.outCapacity = 300;
