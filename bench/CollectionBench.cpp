@@ -43,7 +43,7 @@ template <> class EntityStore<Kest::UniqueId> {
 public:
   void insert(Kest::UniqueId const& key, Value value) { shelf_->itemIs(key, value); }
   Value find(Kest::UniqueId const& key) const { return shelf_->item(key); }
-  Value sum() const {
+  [[gnu::noinline]] Value sum() const {
     Value all = 0;
     for (auto at = shelf_->itemIteratorConst(); at; ++at) all += at.value();
     return all;
@@ -60,7 +60,7 @@ template <> class EntityStore<Lomu::IpGenAddr> {
 public:
   void insert(Lomu::IpGenAddr const& key, Value value) { shelf_->addressIs(key, value); }
   Value find(Lomu::IpGenAddr const& key) const { return shelf_->address(key); }
-  Value sum() const {
+  [[gnu::noinline]] Value sum() const {
     Value all = 0;
     for (auto at = shelf_->addressIteratorConst(); at; ++at) all += at.value();
     return all;
@@ -85,7 +85,7 @@ public:
     auto const at = map_.find(key);
     return at == map_.end() ? 0 : at->second;
   }
-  Value sum() const {
+  [[gnu::noinline]] Value sum() const {
     Value all = 0;
     for (auto const& [key, value] : map_) all += value;
     return all;
@@ -123,7 +123,7 @@ public:
     auto const at = set_.find(key, Hash(), std::equal_to<K>());
     return at == set_.end() ? 0 : at->value;
   }
-  Value sum() const {
+  [[gnu::noinline]] Value sum() const {
     Value all = 0;
     for (Member const& member : set_) all += member.value;
     return all;
