@@ -11,9 +11,13 @@ template <class Record, class Base> class TypeRecord {
 public:
   // RETURNS the one record, made by the first call. The unit is asked first, so that the record of a type
   // that is used early comes filled.
-  static Record* get(RegistrationUnit& unit, char const* shortName) {
-    if (record_) return record_;
-    unit.run();
+  static Record* get(RegistrationUnit& (*unit)(), char const* shortName) {
+    return record_ ? record_ : make(unit, shortName);
+  }
+
+private:
+  [[gnu::noinline]] static Record* make(RegistrationUnit& (*unit)(), char const* shortName) {
+    unit().run();
     if (record_) return record_;
     Vyx::VyxType const* base = nullptr;
     if constexpr (!std::is_void_v<Base>) base = Base::_fwkType();
@@ -23,7 +27,6 @@ public:
     return record_;
   }
 
-private:
   inline static Record* record_ = nullptr; // Never freed.
 };
 

@@ -316,7 +316,7 @@ void EntityEmitter::definitions() {
     out_.blank();
   }
   out_.function("Vyx::VyxType const* " + scope + "_fwkType()",
-                "return frame::TypeRecord<_Type, VyxBase>::get(" + Namer::unit(model_.unit.name) + "(), " +
+                "return frame::TypeRecord<_Type, VyxBase>::get(" + Namer::unit(model_.unit.name) + ", " +
                     quoted(name) + ");");
   out_.blank();
   out_.function("Vyx::String8 " + scope + "attributeString(Vyx::AttributeId id) const",

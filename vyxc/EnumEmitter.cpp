@@ -93,7 +93,7 @@ std::string enumSource(Model const& model, EnumType const& type) {
   out.blank();
   out.function("Vyx::VyxType const* " + Namer::enumRecord(e) + "()",
                "return frame::TypeRecord<frame::EnumerationRecord<" + e + ">, void>::get(" +
-                   Namer::unit(model.unit.name) + "(), " + quoted(e) + ");");
+                   Namer::unit(model.unit.name) + ", " + quoted(e) + ");");
   for (auto const& function : enumFunctions(e)) out.function(function.signature, function.statement);
   out.blank();
   out.line("} // namespace " + type.space);

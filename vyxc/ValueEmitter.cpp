@@ -126,8 +126,8 @@ std::string valueSource(Model const& model, ValueType const& type) {
                "frame::defineValue<" + type.name + ", " + schema + ">(reactor, fullName);");
   out.blank();
   out.function("Vyx::VyxType const* " + type.name + "::_fwkType()",
-               "return frame::TypeRecord<" + record + ", void>::get(" + Namer::unit(model.unit.name) +
-                   "(), " + quoted(type.name) + ");");
+               "return frame::TypeRecord<" + record + ", void>::get(" + Namer::unit(model.unit.name) + ", " +
+                   quoted(type.name) + ");");
   out.blank();
   out.line("} // namespace " + type.space);
   return out.text();

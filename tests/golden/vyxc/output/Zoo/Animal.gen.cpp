@@ -29,7 +29,7 @@ public:
 };
 
 Vyx::VyxType const* Animal::_fwkType() {
-  return frame::TypeRecord<_Type, VyxBase>::get(vyxUnitZoo(), "Animal");
+  return frame::TypeRecord<_Type, VyxBase>::get(vyxUnitZoo, "Animal");
 }
 
 Vyx::String8 Animal::attributeString(Vyx::AttributeId id) const {

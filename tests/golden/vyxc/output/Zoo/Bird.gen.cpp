@@ -28,7 +28,7 @@ public:
   };
 };
 
-Vyx::VyxType const* Bird::_fwkType() { return frame::TypeRecord<_Type, VyxBase>::get(vyxUnitZoo(), "Bird"); }
+Vyx::VyxType const* Bird::_fwkType() { return frame::TypeRecord<_Type, VyxBase>::get(vyxUnitZoo, "Bird"); }
 
 Vyx::String8 Bird::attributeString(Vyx::AttributeId id) const {
   return frame::attributeString(*this, id, VyxAttributes());

@@ -41,7 +41,7 @@ public:
 
 Cage::~Cage() { animalDelAll(); }
 
-Vyx::VyxType const* Cage::_fwkType() { return frame::TypeRecord<_Type, VyxBase>::get(vyxUnitZoo(), "Cage"); }
+Vyx::VyxType const* Cage::_fwkType() { return frame::TypeRecord<_Type, VyxBase>::get(vyxUnitZoo, "Cage"); }
 
 Vyx::String8 Cage::attributeString(Vyx::AttributeId id) const {
   return frame::attributeString(*this, id, VyxAttributes());

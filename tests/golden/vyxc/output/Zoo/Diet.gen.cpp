@@ -19,7 +19,7 @@ constexpr frame::Enumerator<Diet> kDiets[] = {
 frame::Enumerators<Diet> vyxEnumerators(Diet const*) { return {"Diet", kDiets}; }
 
 Vyx::VyxType const* _fwkType_Diet() {
-  return frame::TypeRecord<frame::EnumerationRecord<Diet>, void>::get(vyxUnitZoo(), "Diet");
+  return frame::TypeRecord<frame::EnumerationRecord<Diet>, void>::get(vyxUnitZoo, "Diet");
 }
 Diet DietInstance(unsigned int number) { return frame::enumeratorOf<Diet>(number); }
 Diet DietInstance(Vyx::String8 name) { return frame::enumeratorOf<Diet>(name); }

@@ -29,7 +29,7 @@ public:
 };
 
 Vyx::VyxType const* Keeper::_fwkType() {
-  return frame::TypeRecord<_Type, VyxBase>::get(vyxUnitZoo(), "Keeper");
+  return frame::TypeRecord<_Type, VyxBase>::get(vyxUnitZoo, "Keeper");
 }
 
 Vyx::String8 Keeper::attributeString(Vyx::AttributeId id) const {

@@ -25,7 +25,7 @@ public:
 };
 
 Vyx::VyxType const* Kitchen::_fwkType() {
-  return frame::TypeRecord<_Type, VyxBase>::get(vyxUnitZoo(), "Kitchen");
+  return frame::TypeRecord<_Type, VyxBase>::get(vyxUnitZoo, "Kitchen");
 }
 
 Vyx::String8 Kitchen::attributeString(Vyx::AttributeId id) const {

@@ -51,7 +51,7 @@ void vyxDefineMenu(Vyx::IntrospectionReactor& reactor, char const* fullName) {
 }
 
 Vyx::VyxType const* Menu::_fwkType() {
-  return frame::TypeRecord<VyxRecordMenu, void>::get(vyxUnitZoo(), "Menu");
+  return frame::TypeRecord<VyxRecordMenu, void>::get(vyxUnitZoo, "Menu");
 }
 
 } // namespace Zoo

@@ -41,7 +41,7 @@ public:
 Office::Office(Vyx::Name name) : Vyx::Entity(name) { aviaryIs("aviary"); }
 
 Vyx::VyxType const* Office::_fwkType() {
-  return frame::TypeRecord<_Type, VyxBase>::get(vyxUnitZoo(), "Office");
+  return frame::TypeRecord<_Type, VyxBase>::get(vyxUnitZoo, "Office");
 }
 
 Vyx::String8 Office::attributeString(Vyx::AttributeId id) const {

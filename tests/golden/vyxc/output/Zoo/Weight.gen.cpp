@@ -40,7 +40,7 @@ void vyxDefineWeight(Vyx::IntrospectionReactor& reactor, char const* fullName) {
 }
 
 Vyx::VyxType const* Weight::_fwkType() {
-  return frame::TypeRecord<VyxRecordWeight, void>::get(vyxUnitZoo(), "Weight");
+  return frame::TypeRecord<VyxRecordWeight, void>::get(vyxUnitZoo, "Weight");
 }
 
 } // namespace Zoo
