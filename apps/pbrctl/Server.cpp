@@ -65,9 +65,7 @@ void Server::onSynced(Peer& peer, Name const& path) {
   auto const peers = peers_;
   for (auto const& other : peers) {
     if (other.ptr() == &peer) continue;
-    auto const [first, last] = readers_.equal_range(path);
-    bool const reads =
-        std::any_of(first, last, [&](auto const& one) { return one.second == other->link().ptr(); });
+    bool const reads = readers_.count({path, other->link().ptr()}) != 0;
     // Who follows the one before has to ask anew.
     if (reads && before && before != root)
       other->end("another " + std::string(path.view()) + " has come");

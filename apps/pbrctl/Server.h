@@ -15,6 +15,7 @@
 
 #include <iosfwd>
 #include <list>
+#include <set>
 
 namespace Pbrctl {
 
@@ -49,10 +50,10 @@ private:
   Vyx::Ptr<Vyx::NboAttrLog::Roots> roots_;
   Vyx::Ptr<Vyx::NboAttrLog::Listener> listener_;
   std::list<Vyx::Ptr<Peer>> peers_;
-  std::list<Vyx::Ptr<Peer>> ended_;             // Until the turn is over.
-  std::map<Name, Link const*> publishers_;      // Who brings a root now.
-  std::multimap<Name, Link const*> readers_;    // Who has asked for a root.
-  std::map<Name, Vyx::Ptr<Vyx::Entity>> given_; // What was last brought whole.
+  std::list<Vyx::Ptr<Peer>> ended_;                // Until the turn is over.
+  std::map<Name, Link const*> publishers_;         // Who brings a root now.
+  std::set<std::pair<Name, Link const*>> readers_; // Who has asked for a root.
+  std::map<Name, Vyx::Ptr<Vyx::Entity>> given_;    // What was last brought whole.
 };
 
 // The access that a peer has.
