@@ -8,13 +8,8 @@ namespace Pbrctl {
 
 using namespace Vyx::NboAttrLog;
 
-Access accessOf(Transport const& transport) {
-  if (auto const peer = transport.peer()) return AccessRule::ofThisProcess().accessOf(*peer);
-  return transport.isLocal() ? Access::write : Access::read;
-}
-
-Server::Server(Loop& loop, Vyx::Ptr<Pbr::Config> const& config, std::ostream& log)
-    : loop_(loop), log_(log),
+Server::Server(Loop& loop, Vyx::Ptr<Pbr::Config> const& config, std::ostream& log, AccessRule const& rule)
+    : loop_(loop), log_(log), rule_(rule),
       roots_(Vyx::ptrFromNew(new Roots(
           [this](Link const& link, Name const& path, MountMode mode) { return admit(link, path, mode); }))) {
   roots_->offerIs(kConfigPath, config);
@@ -44,6 +39,11 @@ void Server::end() {
 void Server::take(std::unique_ptr<Transport> transport) {
   peers_.push_back(Vyx::ptrFromNew(new Peer(std::move(transport), Demuxer::accepting, roots_, this)));
   peers_.back()->loopIs(loop_);
+}
+
+Access Server::accessOf(Transport const& transport) const {
+  if (auto const peer = transport.peer()) return rule_.accessOf(*peer);
+  return transport.isLocal() ? Access::write : Access::read;
 }
 
 std::string Server::admit(Link const& link, Name const& path, MountMode mode) {

@@ -22,7 +22,8 @@ namespace Pbrctl {
 class Server final : private Vyx::NboAttrLog::Peer::Watcher {
 public:
   // Why peers come and go that were not well is told to `log`.
-  Server(Vyx::NboAttrLog::Loop& loop, Vyx::Ptr<Pbr::Config> const& config, std::ostream& log);
+  Server(Vyx::NboAttrLog::Loop& loop, Vyx::Ptr<Pbr::Config> const& config, std::ostream& log,
+         Vyx::NboAttrLog::AccessRule const& rule = Vyx::NboAttrLog::AccessRule::ofThisProcess());
   ~Server();
   Server(Server const&) = delete;
   Server& operator=(Server const&) = delete;
@@ -39,6 +40,7 @@ private:
   using Peer = Vyx::NboAttrLog::Peer;
   using Link = Vyx::NboAttrLog::Link;
 
+  Vyx::NboAttrLog::Access accessOf(Vyx::NboAttrLog::Transport const& transport) const;
   // RETURNS why the peer may not; empty when it may, which is then remembered.
   std::string admit(Link const& link, Name const& path, Vyx::NboAttrLog::MountMode mode);
   void take(std::unique_ptr<Vyx::NboAttrLog::Transport> transport);
@@ -47,6 +49,7 @@ private:
 
   Vyx::NboAttrLog::Loop& loop_;
   std::ostream& log_;
+  Vyx::NboAttrLog::AccessRule const rule_;
   Vyx::Ptr<Vyx::NboAttrLog::Roots> roots_;
   Vyx::Ptr<Vyx::NboAttrLog::Listener> listener_;
   std::list<Vyx::Ptr<Peer>> peers_;
@@ -55,8 +58,5 @@ private:
   std::set<std::pair<Name, Link const*>> readers_; // Who has asked for a root.
   std::map<Name, Vyx::Ptr<Vyx::Entity>> given_;    // What was last brought whole.
 };
-
-// The access that a peer has.
-Vyx::NboAttrLog::Access accessOf(Vyx::NboAttrLog::Transport const& transport);
 
 } // namespace Pbrctl

@@ -11,6 +11,7 @@
 #include <iterator>
 #include <stdexcept>
 #include <string>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <utility>
@@ -51,6 +52,12 @@ public:
     return WIFSIGNALED(status) ? "signal " + std::to_string(WTERMSIG(status))
                                : "exit " + std::to_string(WEXITSTATUS(status));
   }
+  // Whether it has ended; that is kept for `wait`.
+  bool hasEnded() const {
+    siginfo_t ended{};
+    ::waitid(P_PID, static_cast<id_t>(pid_), &ended, WEXITED | WNOHANG | WNOWAIT);
+    return ended.si_pid == pid_;
+  }
   pid_t pid() const { return pid_; }
 
 private:
@@ -68,6 +75,8 @@ public:
   SharedFolder& operator=(SharedFolder const&) = delete;
   ~SharedFolder() { std::filesystem::remove_all(path_); }
 
+  // Any user may come in.
+  void openToAll() const { ::chmod(path_.c_str(), 0755); }
   std::string operator/(std::string const& name) const { return path_ + "/" + name; }
   std::string const& path() const { return path_; }
 
