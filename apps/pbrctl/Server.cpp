@@ -8,13 +8,8 @@ namespace Pbrctl {
 
 using namespace Vyx::NboAttrLog;
 
-Access accessOf(Transport const& transport) {
-  if (auto const peer = transport.peer()) return AccessRule::ofThisProcess().accessOf(*peer);
-  return transport.isLocal() ? Access::write : Access::read;
-}
-
-Server::Server(Loop& loop, Vyx::Ptr<Pbr::Config> const& config, std::ostream& log)
-    : loop_(loop), log_(log),
+Server::Server(Loop& loop, Vyx::Ptr<Pbr::Config> const& config, std::ostream& log, AccessRule const& rule)
+    : loop_(loop), log_(log), rule_(rule),
       roots_(Vyx::ptrFromNew(new Roots(
           [this](Link const& link, Name const& path, MountMode mode) { return admit(link, path, mode); }))) {
   roots_->offerIs(kConfigPath, config);
@@ -46,6 +41,11 @@ void Server::take(std::unique_ptr<Transport> transport) {
   peers_.back()->loopIs(loop_);
 }
 
+Access Server::accessOf(Transport const& transport) const {
+  if (auto const peer = transport.peer()) return rule_.accessOf(*peer);
+  return transport.isLocal() ? Access::write : Access::read;
+}
+
 std::string Server::admit(Link const& link, Name const& path, MountMode mode) {
   Access const access = accessOf(link.transport());
   if (access == Access::none) return link.peerName() + " is neither the server's user nor of its group";
@@ -65,9 +65,7 @@ void Server::onSynced(Peer& peer, Name const& path) {
   auto const peers = peers_;
   for (auto const& other : peers) {
     if (other.ptr() == &peer) continue;
-    auto const [first, last] = readers_.equal_range(path);
-    bool const reads =
-        std::any_of(first, last, [&](auto const& one) { return one.second == other->link().ptr(); });
+    bool const reads = readers_.count({path, other->link().ptr()}) != 0;
     // Who follows the one before has to ask anew.
     if (reads && before && before != root)
       other->end("another " + std::string(path.view()) + " has come");

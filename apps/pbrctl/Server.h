@@ -15,13 +15,15 @@
 
 #include <iosfwd>
 #include <list>
+#include <set>
 
 namespace Pbrctl {
 
 class Server final : private Vyx::NboAttrLog::Peer::Watcher {
 public:
   // Why peers come and go that were not well is told to `log`.
-  Server(Vyx::NboAttrLog::Loop& loop, Vyx::Ptr<Pbr::Config> const& config, std::ostream& log);
+  Server(Vyx::NboAttrLog::Loop& loop, Vyx::Ptr<Pbr::Config> const& config, std::ostream& log,
+         Vyx::NboAttrLog::AccessRule const& rule = Vyx::NboAttrLog::AccessRule::ofThisProcess());
   ~Server();
   Server(Server const&) = delete;
   Server& operator=(Server const&) = delete;
@@ -38,6 +40,7 @@ private:
   using Peer = Vyx::NboAttrLog::Peer;
   using Link = Vyx::NboAttrLog::Link;
 
+  Vyx::NboAttrLog::Access accessOf(Vyx::NboAttrLog::Transport const& transport) const;
   // RETURNS why the peer may not; empty when it may, which is then remembered.
   std::string admit(Link const& link, Name const& path, Vyx::NboAttrLog::MountMode mode);
   void take(std::unique_ptr<Vyx::NboAttrLog::Transport> transport);
@@ -46,16 +49,14 @@ private:
 
   Vyx::NboAttrLog::Loop& loop_;
   std::ostream& log_;
+  Vyx::NboAttrLog::AccessRule const rule_;
   Vyx::Ptr<Vyx::NboAttrLog::Roots> roots_;
   Vyx::Ptr<Vyx::NboAttrLog::Listener> listener_;
   std::list<Vyx::Ptr<Peer>> peers_;
-  std::list<Vyx::Ptr<Peer>> ended_;             // Until the turn is over.
-  std::map<Name, Link const*> publishers_;      // Who brings a root now.
-  std::multimap<Name, Link const*> readers_;    // Who has asked for a root.
-  std::map<Name, Vyx::Ptr<Vyx::Entity>> given_; // What was last brought whole.
+  std::list<Vyx::Ptr<Peer>> ended_;                // Until the turn is over.
+  std::map<Name, Link const*> publishers_;         // Who brings a root now.
+  std::set<std::pair<Name, Link const*>> readers_; // Who has asked for a root.
+  std::map<Name, Vyx::Ptr<Vyx::Entity>> given_;    // What was last brought whole.
 };
-
-// The access that a peer has.
-Vyx::NboAttrLog::Access accessOf(Vyx::NboAttrLog::Transport const& transport);
 
 } // namespace Pbrctl

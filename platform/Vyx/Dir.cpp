@@ -20,9 +20,9 @@ void Dir::Entry::stateIs(State state) {
   if (dir_.watcher_) dir_.watcher_->onState(name_, state);
 }
 
-Dir::Entry* Dir::entry(Name const& entityName) const {
+Dir::Entry* Dir::entryOf(Entity const& entity) const {
   for (auto const& one : entries_)
-    if (one->entity() && one->entity()->name() == entityName) return one.get();
+    if (one->entity().ptr() == &entity) return one.get();
   return nullptr;
 }
 

@@ -53,8 +53,8 @@ public:
   explicit Dir(Name name) : Entity(std::move(name)) {}
   ~Dir() override;
 
-  // RETURNS the entry whose entity has that name, or null.
-  Entry* entry(Name const& entityName) const;
+  // RETURNS the entry that holds that entity, or null. Entities of several entries may have one name.
+  Entry* entryOf(Entity const& entity) const;
   // RETURNS the entry of that path; a new one when there is none.
   Entry& entryIs(Name const& path);
   // RETURNS null when nothing was ever entered under that path.

@@ -285,8 +285,7 @@ void Entity::VyxNboAttrLogSa::applySyncMode(NboAttrLog::In& in) {
   Ptr<Dir> const dir = entity ? dynamicPtrCast<Dir>(entity->parent()) : nullptr;
   if (!dir) return;
   flagIs(isActiveFlag, false);
-  Dir::Entry* const entry = dir->entry(entity->name());
-  if (entry && entry->entity().ptr() == entity) entry->stateIs(Dir::complete);
+  if (Dir::Entry* const entry = dir->entryOf(*entity)) entry->stateIs(Dir::complete);
 }
 
 // A reference is written only once the other side knows the entity. One that hangs below an entity of this

@@ -1,6 +1,6 @@
 #include "TwoProcesses.h"
 
-#include "Vyx/NboAttrLog/Frame.h"
+#include "support/RawMessages.h"
 
 #include <gmock/gmock.h>
 
@@ -9,7 +9,6 @@ namespace {
 
 using support::treeText;
 using testing::HasSubstr;
-using Vyx::AttributeId;
 using Vyx::EntityId;
 
 constexpr char kConfig[] = "pbr/config";
@@ -18,7 +17,7 @@ EntityId const kActions = EntityId::fromValue(0x8000000000000005);
 EntityId const kNew = EntityId::fromValue(0x8000000000000101);
 
 // A peer that writes whatever it likes.
-class BadInputTest : public testing::Test {
+class BadInputTest : public testing::Test, protected RawMessages {
 protected:
   BadInputTest() {
     PipePair ends = pipePair();
@@ -27,21 +26,13 @@ protected:
         Vyx::ptrFromNew(new Peer(std::move(ends.second), Demuxer::connecting, reader.roots, &reader));
     reader.peer->loopIs(loop);
     reader.peer->mount(kConfig, MountMode::read);
-    auto const hello = Hello().bytes();
-    send({hello.begin(), hello.end()});
+    send(hello());
     bringRoot(kConfig, "Pbr::Config", kRoot);
     child(kRoot, 261, kActions, "Pbr");
     scalar(kRoot, 259, true);
     send(taken());
   }
 
-  // The bytes of what was written to `out`.
-  std::string taken() {
-    auto const bytes = out->pending();
-    std::string const all(bytes.begin(), bytes.end());
-    out->consumed(all.size());
-    return all;
-  }
   void send(std::string const& bytes) {
     std::span const all(reinterpret_cast<unsigned char const*>(bytes.data()), bytes.size());
     raw->write(all, {});
@@ -51,44 +42,6 @@ protected:
     for (unsigned i = 0; i < 4; ++i) loop.turn(Duration::zero());
   }
 
-  // Messages.
-  template <class Write>
-  void message(EntityId const& id, AttributeId aid, std::uint32_t kind, Write const& write) {
-    out->nextHeaderIs({id, aid, true, 0, kind, 0});
-    out << Out::kTransactBegin;
-    write();
-    out << Out::kTransactEnd;
-  }
-  template <class Write> void control(AttributeId code, Write const& write) {
-    message(EntityId(), code, kControl, write);
-  }
-  void orphan(char const* type, EntityId const& id) {
-    message(Vyx::kOrphanEntityId, kOrphanAttrId, kPlain, [&] {
-      out->currentPayloadSectionIs(Out::kTypeNames);
-      out << Vyx::String8(type);
-      out->currentPayloadSectionIs(Out::kConstructorValues);
-      out << Vyx::String8("pbr");
-      out->currentPayloadSectionIs(Out::kEntityIdSection);
-      out << id;
-    });
-  }
-  void bringRoot(char const* path, char const* type, EntityId const& id) {
-    control(kRootCode, [&] { out << Vyx::String8(path); });
-    orphan(type, id);
-  }
-  template <class... Values>
-  void child(EntityId const& parent, AttributeId aid, EntityId const& id, Values const&... values) {
-    message(parent, aid, kChildAnnouncement, [&] {
-      (put(values), ...);
-      out << id;
-    });
-  }
-  void put(char const* text) { out << Vyx::String8(text); }
-  template <class T> void put(T const& value) { out->put(value); }
-  void scalar(EntityId const& id, AttributeId aid, bool value) {
-    out->nextHeaderIs({id, aid, false, 1, kPlain, 0});
-    out << Out::kTransactBegin << value << Out::kTransactEnd;
-  }
   void action(EntityId const& id, std::uint32_t type) {
     child(kActions, 258, id, "web", Kest::UniqueId(1, 2, 3), type);
   }
@@ -113,7 +66,6 @@ protected:
   Loop loop;
   Process reader{"reader"};
   std::unique_ptr<PipeEnd> raw;
-  Ptr<Out> out = Vyx::ptrFromNew(new Out);
 };
 
 TEST_F(BadInputTest, GoodInputIsTaken) {
@@ -248,7 +200,7 @@ TEST_F(BadInputTest, RootNotAskedFor) {
 
 TEST_F(BadInputTest, RootOfATypeThatIsNotAccepted) {
   reader.roots->acceptIs("pbr/status", Pbr::Status::_fwkType());
-  control(kMountCode, [&] { out << Vyx::String8("pbr/status") << static_cast<unsigned char>(2); });
+  mount("pbr/status", 2);
   bringRoot("pbr/status", "Pbr::Config", kNew);
   expectEnd("root \"pbr/status\" can't be a Pbr::Config");
 }
@@ -272,7 +224,7 @@ TEST_F(BadInputTest, AReferenceToAnotherType) {
 }
 
 TEST_F(BadInputTest, UnknownMountMode) {
-  control(kMountCode, [&] { out << Vyx::String8(kConfig) << static_cast<unsigned char>(9); });
+  mount(kConfig, 9);
   expectEnd("mount mode 9 is unknown");
 }
 
@@ -309,9 +261,8 @@ TEST_F(BadInputTest, AWriteOfWhatWasGivenForReading) {
   server.peer = Vyx::ptrFromNew(new Peer(std::move(ends.first), Demuxer::accepting, server.roots, &server));
   server.peer->loopIs(loop);
   raw = std::move(ends.second);
-  auto const hello = Hello().bytes();
-  send({hello.begin(), hello.end()});
-  control(kMountCode, [&] { out << Vyx::String8(kConfig) << static_cast<unsigned char>(0); });
+  send(hello());
+  mount(kConfig, 0);
   send(taken());
   scalar(kRoot, 259, true);
   send(taken());

@@ -140,6 +140,14 @@ TEST_F(MountTest, ASingleChildMadeByBothAtOnceEndsEqual) {
   EXPECT_TRUE(config->pmapType()->pmap("later"));
 }
 
+TEST_F(MountTest, RootsOfOneNameAreEachWhole) {
+  server.roots->offerIs(kStatus, Pbr::statusFactory(config->name()));
+  mount(one, MountMode::read);
+  mount(one, MountMode::read, kStatus);
+  EXPECT_THAT(one.process.heard, ElementsAre("synced pbr/config", "synced pbr/status"));
+  EXPECT_EQ(Vyx::Dir::complete, one.process.roots->dir()->find(kStatus)->state());
+}
+
 // Refusals.
 
 TEST_F(MountTest, AReadersOwnChangeIsRefused) {

@@ -10,6 +10,8 @@ namespace allocations {
 std::size_t taken();
 // Blocks taken and not given back.
 std::size_t living();
+// What these hold, as the system rounds it.
+std::size_t livingBytes();
 
 // RETURNS how many blocks the call takes.
 template <class Call> std::size_t takenBy(Call call) {

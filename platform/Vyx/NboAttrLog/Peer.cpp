@@ -11,6 +11,10 @@ namespace Vyx::NboAttrLog {
 
 namespace {
 
+// Bytes of answers that may wait for a peer, beyond the capacity of the log. A single long message goes
+// there, too.
+constexpr std::size_t kMaxAnswers = 2 * kDefaultMaxLength;
+
 // What an adapter of a root, or of an orphan, begins with.
 Vyx_BitSet rootFlags(std::initializer_list<StreamAdapter::Flag> more = {}) {
   Vyx_BitSet flags;
@@ -181,6 +185,14 @@ void Peer::handleEntity(In& in) {
   }
 }
 
+// THROWS: ProtocolException when the peer asks and asks, and takes no answer. What is owed of a tree waits
+// for room; answers are written at once, and would gather.
+void Peer::requireReader() const {
+  Out const& out = *link_->out();
+  if (out.pendingBytes() > out.capacity() + kMaxAnswers)
+    throwProtocolException(format("%zu bytes wait for a peer that asks for more", out.pendingBytes()));
+}
+
 void Peer::handleControl(In& in) {
   switch (in.header().attrId) {
   case kMountCode:
@@ -191,6 +203,7 @@ void Peer::handleControl(In& in) {
   case kRefusedCode:
     return handleRefused(in);
   case kProbeCode: {
+    requireReader();
     unsigned long long const number = in.nextU64();
     return link_->sendControl(kAnswerCode, [&](auto const& out) { out->put(number); });
   }
@@ -205,17 +218,28 @@ void Peer::handleControl(In& in) {
 }
 
 void Peer::handleMount(In& in) {
+  requireReader();
   Name const path(in.nextString());
   MountMode const mode = readMode(in);
   if (auto const own = publishing_.find(path); own != publishing_.end() && mode == MountMode::read)
     return give(path, own->second, MountMode::publish);
   if (std::string const words = roots_->refusal(*link_, path, mode); !words.empty())
     return refuse(path, words);
-  asked_.push_back({path, mode});
+  noteAsked(path, mode);
   if (mode == MountMode::publish)
     ask(path, MountMode::read);
   else if (Ptr<Entity> const root = roots_->offered(path))
     give(path, root, mode);
+}
+
+void Peer::noteAsked(Name const& path, MountMode mode) {
+  auto const before = std::find_if(asked_.begin(), asked_.end(), [&](Asked const& one) {
+    return one.path == path && (one.mode == MountMode::publish) == (mode == MountMode::publish);
+  });
+  if (before == asked_.end())
+    asked_.push_back({path, mode});
+  else
+    before->mode = mode;
 }
 
 void Peer::rootCame(Name const& path) {
@@ -237,6 +261,7 @@ void Peer::handleRefused(In& in) {
 
 void Peer::handleOrphan(In& in) {
   std::optional<Name> const path = std::exchange(nextRoot_, std::nullopt);
+  if (!path && !mayBring()) throwProtocolException("an entity was announced by a peer that may read only");
   VyxType const& type = knownType(in);
   in.sectionIs(Out::kConstructorValues);
   std::string made(type.fullTypeName().view());
@@ -267,6 +292,12 @@ void Peer::handleOrphan(In& in) {
   } else {
     made_[id.value()] = made;
   }
+}
+
+// Whether anything was asked of the other side, or may be changed by it.
+bool Peer::mayBring() const {
+  return !asking_.empty() || std::any_of(asked_.begin(), asked_.end(),
+                                         [](Asked const& one) { return one.mode != MountMode::read; });
 }
 
 // THROWS: ProtocolException for a root that this side hasn't asked for, or of a type that it doesn't accept.

@@ -86,6 +86,9 @@ private:
 
   void handleControl(In& in);
   void handleMount(In& in);
+  void noteAsked(Name const& path, MountMode mode);
+  void requireReader() const;
+  bool mayBring() const;
   void handleRefused(In& in);
   void handleOrphan(In& in);
   void handleEntity(In& in);
@@ -107,9 +110,9 @@ private:
   std::uint64_t turnEnd_ = 0;
   bool isReady_ = false;
   unsigned long long probes_ = 0;
-  std::vector<Asked> asked_;                // By the other side; those without a root wait for one.
-  std::map<Name, Ptr<Entity>> given_;       // To the other side.
-  std::map<Name, MountMode> asking_;        // By this side.
+  std::vector<Asked> asked_;          // By the other side, a path once; those without a root wait for one.
+  std::map<Name, Ptr<Entity>> given_; // To the other side.
+  std::map<Name, MountMode> asking_;  // By this side.
   std::map<Name, Ptr<Entity>> publishing_;  // By this side.
   std::vector<Ptr<StreamAdapter>> syncing_; // Roots that are being written for the first time.
   std::optional<Name> nextRoot_;            // The path of the entity that is announced next.
