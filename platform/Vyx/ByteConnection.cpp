@@ -11,7 +11,7 @@ String8 ByteConnection::In::nextString() {
   if (length > left) throwProtocolException(format("text of %u bytes in %zu bytes of message", length, left));
   std::string_view const text(reinterpret_cast<char const*>(at_ + sizeof length), length);
   at_ += sizeof length + length;
-  return text;
+  return texts_.text(text);
 }
 
 void ByteConnection::In::positionIs(std::size_t position) {

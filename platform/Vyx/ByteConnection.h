@@ -77,6 +77,8 @@ protected:
 private:
   [[noreturn]] void failBool() const;
   [[noreturn]] void failLeftOver() const;
+
+  TextPool texts_;
 };
 
 } // namespace Vyx

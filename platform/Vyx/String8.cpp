@@ -64,6 +64,20 @@ String8 const& TextBuffer::with(std::string_view back) {
   return text_;
 }
 
+String8 TextPool::text(std::string_view text) {
+  if (text.empty() || text.size() > kLongest) return text;
+  Spare& spare = spares_[next_];
+  next_ = (next_ + 1) % kSpares;
+  String8::Data* const data = spare.text.data_;
+  if (data && spare.room >= text.size() && data->isSole()) {
+    data->rewriteBehind(0, kNoBytes, text);
+  } else {
+    spare.text = String8(text);
+    spare.room = text.size();
+  }
+  return spare.text;
+}
+
 String8 operator+(String8 const& a, String8 const& b) {
   if (a.empty()) return b;
   if (b.empty()) return a;

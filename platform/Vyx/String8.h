@@ -2,13 +2,14 @@
 // storage. `String8` is any text, `Name` is a text that names something; they convert into each other freely.
 //
 // Invariants:
-// (1) Bytes, length and hash of a stored text never change while anyone holds it; see TextBuffer.
-// (2) The storage ends in a NUL that `length()` doesn't count; a text may hold further NULs.
+// (1) Bytes, length and hash of a stored text never change while anyone else than a TextBuffer or TextPool
+// holds it. (2) The storage ends in a NUL that `length()` doesn't count; a text may hold further NULs.
 
 #pragma once
 
 #include "Vyx/Count.h"
 
+#include <array>
 #include <compare>
 #include <cstddef>
 #include <cstring>
@@ -100,6 +101,7 @@ public:
 
 private:
   friend class TextBuffer;
+  friend class TextPool;
 
   Data* data_ = nullptr;
 };
@@ -162,6 +164,24 @@ private:
   std::size_t const front_; // The length of what all texts begin with, and its hash so far.
   std::uint32_t const frontHash_;
   std::size_t room_; // The length that the storage of text_ was made for.
+};
+
+// Makes texts of which most are looked at and let go, each in the storage of an earlier one that nobody holds
+// any more. Who keeps one keeps it as it is.
+class TextPool {
+public:
+  String8 text(std::string_view text);
+
+private:
+  static constexpr std::size_t kSpares = 4; // More than are looked at together.
+  static constexpr std::size_t kLongest = 256;
+
+  struct Spare {
+    String8 text;
+    std::size_t room = 0; // The length that its storage was made for.
+  };
+  std::array<Spare, kSpares> spares_;
+  std::size_t next_ = 0;
 };
 
 String8 operator+(String8 const& a, String8 const& b);

@@ -1,5 +1,5 @@
-// What it costs to bring a tree up to date that is so already: no notification, and for an entry nothing but
-// the texts that are read of it.
+// What it costs to bring a tree up to date that is so already: no notification, and nothing
+// for an entry.
 
 #include "Ears.h"
 #include "TwoProcesses.h"
@@ -17,7 +17,7 @@ Kest::UniqueId const kId(1, 2, 3);
 Lomu::IpGenAddr addressOf(unsigned i) {
   return Lomu::IpGenAddr(("10.0." + std::to_string(i / 250) + "." + std::to_string(i % 250)).c_str());
 }
-Lomu::IntfId interfaceOf(unsigned i) { return Lomu::IntfId("Ethernet" + std::to_string(i)); }
+Lomu::IntfId interfaceOf(unsigned i) { return Lomu::IntfId("Ethernet" + std::to_string(100 + i)); }
 
 class ResyncCostTest : public TwoProcesses {
 protected:
@@ -42,8 +42,8 @@ protected:
     });
   }
 
-  // What an entry takes. `fill` makes the entries of the numbers from the one to the other.
-  template <class Fill> void expectForAnEntry(unsigned blocks, Fill const& fill) {
+  // `fill` makes the entries of the numbers from the one to the other.
+  template <class Fill> void expectNothingForAnEntry(Fill const& fill) {
     fill(0U, 50U);
     settle();
     cost(); // What is taken once and kept.
@@ -53,9 +53,12 @@ protected:
     std::vector<std::unique_ptr<Ears>> ears;
     for (char const* path : {kConfig, kStatus, kCheckpoint})
       ears.push_back(std::make_unique<Ears>(*client.roots->dir()->find(path)->entity()));
-    EXPECT_EQ(few + 450 * blocks, cost());
+    EXPECT_LE(cost(), few + kLongerTexts);
     for (auto const& each : ears) EXPECT_EQ(0U, each->take());
   }
+
+  // The storage that texts are read into may have to become longer now and then.
+  static constexpr std::size_t kLongerTexts = 8;
 
   Ptr<Pbr::Config> config = Pbr::configFactory("pbr");
   Ptr<Pbr::Status> status = Pbr::statusFactory("pbr");
@@ -64,36 +67,36 @@ protected:
 
 TEST_F(ResyncCostTest, ANextHopTakesNothing) {
   auto const action = config->pbrActions()->fwdActionIs("web", kId, Pbr::nexthopAction);
-  expectForAnEntry(0, [&](unsigned i, unsigned end) {
+  expectNothingForAnEntry([&](unsigned i, unsigned end) {
     for (; i < end; ++i) action->nexthopIs(addressOf(i), true);
   });
 }
 
-TEST_F(ResyncCostTest, ABindingTakesItsTwoTexts) {
-  expectForAnEntry(2, [&](unsigned i, unsigned end) {
-    for (; i < end; ++i) config->pmapType()->intfIs(interfaceOf(i), Name("map" + std::to_string(i)));
+TEST_F(ResyncCostTest, ABindingTakesNothing) {
+  expectNothingForAnEntry([&](unsigned i, unsigned end) {
+    for (; i < end; ++i) config->pmapType()->intfIs(interfaceOf(i), Name("map" + std::to_string(100 + i)));
   });
 }
 
-TEST_F(ResyncCostTest, AMatchRuleTakesTheNameOfItsList) {
+TEST_F(ResyncCostTest, AMatchRuleTakesNothing) {
   auto const map = config->cmapType()->cmapIs("web")->subconfigIs(kId);
-  expectForAnEntry(1, [&](unsigned i, unsigned end) {
+  expectNothingForAnEntry([&](unsigned i, unsigned end) {
     for (; i < end; ++i) {
       PolicyMap::MatchRule rule;
-      rule.aclIs(Name("acl" + std::to_string(i)));
+      rule.aclIs(Name("acl" + std::to_string(100 + i)));
       map->matchIs(i, rule);
     }
   });
 }
 
 TEST_F(ResyncCostTest, AResultTakesNothing) {
-  expectForAnEntry(0, [&](unsigned i, unsigned end) {
+  expectNothingForAnEntry([&](unsigned i, unsigned end) {
     for (; i < end; ++i) status->resultIs({i + 1, 1, 1}, PolicyMap::ApplyState(2));
   });
 }
 
-TEST_F(ResyncCostTest, ARefusedInterfaceTakesItsTwoTexts) {
-  expectForAnEntry(2, [&](unsigned i, unsigned end) {
+TEST_F(ResyncCostTest, ARefusedInterfaceTakesNothing) {
+  expectNothingForAnEntry([&](unsigned i, unsigned end) {
     for (; i < end; ++i)
       status->intfDisallowedIs({interfaceOf(i), PolicyMap::IntfError(1)}, "there is no room for one more");
   });
@@ -105,7 +108,7 @@ TEST_F(ResyncCostTest, AStatusOfARuleTakesNothing) {
                        ->cmapCkptStatusIs("web")
                        ->aclTypeCkptStatusIs(Acl::AclType(1))
                        ->aclIs("acl");
-  expectForAnEntry(0, [&](unsigned i, unsigned end) {
+  expectNothingForAnEntry([&](unsigned i, unsigned end) {
     for (; i < end; ++i) acl->ruleStatusIs(Acl::UniqueId(i + 1, 1, 1), {0, 2});
   });
 }

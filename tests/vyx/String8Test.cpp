@@ -1,5 +1,7 @@
 #include "Vyx/String8.h"
 
+#include "support/Allocations.h"
+
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -143,6 +145,39 @@ TEST(TextBuffer, UsesItsStorageAgain) {
   Vyx::TextBuffer buffer("path.");
   char const* const bytes = buffer.with("three").charPtr();
   EXPECT_EQ(bytes, buffer.with("one").charPtr());
+}
+
+TEST(TextPool, MakesTheTextsThatItIsGiven) {
+  Vyx::TextPool pool;
+  for (char const* text : {"seven", "", "one", "seventeen", "one", "x", "seven", "", "y", "seventy"}) {
+    Vyx::String8 const made = pool.text(text);
+    EXPECT_EQ(Vyx::String8(text), made);
+    EXPECT_EQ(Vyx::String8(text).hash(), made.hash());
+    EXPECT_STREQ(text, made.charPtr());
+  }
+}
+
+TEST(TextPool, TextThatIsHeldStaysAsItIs) {
+  Vyx::TextPool pool;
+  std::vector<Vyx::String8> held;
+  for (int i = 0; i < 20; ++i) held.push_back(pool.text(std::to_string(1000 + i)));
+  for (int i = 0; i < 20; ++i) EXPECT_EQ(std::to_string(1000 + i), held[static_cast<std::size_t>(i)].view());
+}
+
+TEST(TextPool, TextsThatNobodyHoldsTakeNoMemory) {
+  Vyx::TextPool pool;
+  auto const some = [&] {
+    for (int i = 0; i < 100; ++i) pool.text(std::to_string(1000 + i));
+  };
+  some();
+  EXPECT_EQ(0U, allocations::takenBy(some));
+}
+
+TEST(TextPool, LongTextsAreNotKept) {
+  Vyx::TextPool pool;
+  std::size_t const before = allocations::living();
+  pool.text(std::string(1000, 'x'));
+  EXPECT_EQ(before, allocations::living());
 }
 
 } // namespace
