@@ -3,7 +3,8 @@
 //
 // Invariants:
 // (1) Bytes, length and hash of a stored text never change while anyone else than a TextBuffer or TextPool
-// holds it. (2) The storage ends in a NUL that `length()` doesn't count; a text may hold further NULs.
+//     holds it.
+// (2) The storage ends in a NUL that `length()` doesn't count; a text may hold further NULs.
 
 #pragma once
 
