@@ -195,8 +195,10 @@ bool hasCrossed(Sa& adapter, Vyx::EntityId const& coming, [[maybe_unused]] Value
   if (user && user->vyxNotifierEntity() != child.ptr())
     Vyx::throwProtocolException(Vyx::format("entity id %llx is in use", coming.value()));
   auto const there = child ? adapterOf(*child, adapter.nboAttrLogOut()) : nullptr;
-  return there && there->flag(StreamAdapter::childAnnouncedFlag) &&
-         Vyx::NboAttrLog::Demuxer::outranks(there->entityId(), coming);
+  if (!there || !there->flag(StreamAdapter::childAnnouncedFlag)) return false;
+  // One that the other side knew was replaced there on purpose.
+  if (adapter.vyxDemuxer()->knowsWhatPeerHeard() && there->isKnownToPeer()) return false;
+  return Vyx::NboAttrLog::Demuxer::outranks(there->entityId(), coming);
 }
 
 // Whether an entity of that id was here and is gone. This side has removed it, and the other one hasn't heard

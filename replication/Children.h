@@ -32,6 +32,7 @@ childAdapterIs(Sa& parent, Vyx_BitSet flags, Vyx::Ptr<typename Attr::ChildType> 
     adapter = ChildSa::VyxNboAttrLogSaIs(flags, child, options, out, channelEntry);
     adapter->vyxOnInit();
   }
+  parent.vyxTellHeard();
   writeAnnouncement<Attr>(parent, *child, adapter->entityId());
   return Vyx::validPtr(std::move(adapter));
 }

@@ -58,12 +58,22 @@ template <class Attr, class Sa> void transactValues(Sa& adapter, StreamAdapter::
   });
 }
 
+// Whether children without an adapter are this side's own, which it has owed since the log is live.
+template <class Attr, class Sa> bool hasUnannounced(Sa const& adapter) {
+  Vyx::NboAttrLog::Demuxer const* const demuxer = adapter.vyxDemuxer();
+  return demuxer && demuxer->knowsWhatPeerHeard() && demuxer->phase() == Vyx::NboAttrLog::Demuxer::live &&
+         !adapter.flag(StreamAdapter::readOnlyFlag) && isDirty<Attr>(adapter);
+}
+
 // The mark of a child is on its adapter; a child without an adapter on this log is one that the other side
 // doesn't have. One that the other side didn't know yet when its walk began isn't what the walk is about.
 template <class Attr, class Sa> void transactChildren(Sa& adapter, StreamAdapter::AttrTransactionType type) {
   auto& of = entityOf(adapter);
+  bool const keepsUnannounced = type == StreamAdapter::attrTransactionBegin && hasUnannounced<Attr>(adapter);
   sweep(Attr::field(of), [&](auto const& at) {
     auto const childAdapter = adapterOf(*at.member(), adapter.nboAttrLogOut());
+    if (keepsUnannounced && !childAdapter)
+      return keepBack<Attr>(adapter, Vyx::Ptr<typename Attr::ChildType>(at.member().ptr()));
     if (type == StreamAdapter::attrTransactionBegin && childAdapter)
       return childAdapter->flagIs(StreamAdapter::flowOutHeldFlag, childAdapter->isKnownToPeer());
     if (type != StreamAdapter::attrTransactionEnd) return;

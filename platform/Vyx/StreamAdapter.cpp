@@ -217,9 +217,12 @@ void StreamAdapter::vyxEntityGone() {
   leaveLog();
 }
 
-// A peer that writes, too, has to know what the walk could know of.
+void StreamAdapter::vyxTellHeard() {
+  if (demuxer_ && !flag(readOnlyProxyFlag)) demuxer_->tellHeard();
+}
+
 void StreamAdapter::sendTransactionMarker(AttributeId aid, AttrTransactionType type, unsigned n) {
-  if (demuxer_ && type == attrTransactionBegin && !flag(readOnlyProxyFlag)) demuxer_->tellHeard();
+  if (type == attrTransactionBegin) vyxTellHeard();
   NboAttrLog::MsgHeader header;
   header.entityId = entityId_;
   header.attrId = aid;

@@ -145,6 +145,8 @@ public:
   void vyxChangedOnHold(void (*owe)(StreamAdapter&));
   // A child that was kept back is about to be announced: it writes from now on, under a new id.
   void vyxReveal();
+  // Before what the other side has to judge by what this one knew, if that one may write, too.
+  void vyxTellHeard();
   // Whether the other side knew this child when it wrote what is being read.
   bool isKnownToPeer() const;
   // Whether it didn't know a member that this side has written or will write after the hold, or a walk of the
