@@ -35,10 +35,10 @@ protected:
   Ptr<Pbr::PbrFwdAction> serversAction(unsigned i) const { return serversActions()->fwdAction(id(i)); }
   Ptr<Pbr::PbrFwdAction> clientsAction(unsigned i) const { return clientsActions()->fwdAction(id(i)); }
 
-  // From now on the changes of that entity go out as walks.
-  static void walks(Process const& side, Vyx::Entity& entity) {
+  // From now on the changes of that entity go out as walks, or at once again.
+  static void walks(Process const& side, Vyx::Entity& entity, bool inWalks = true) {
     auto const adapter = entity.vyxNboAttrLogSa(Ptr<Out const>(side.peer->link()->out()));
-    adapter->flagIs(Vyx::StreamAdapter::forceFlowOutFlag, true);
+    adapter->flagIs(Vyx::StreamAdapter::forceFlowOutFlag, inWalks);
   }
   void clientWalks(Vyx::Entity& entity) { walks(client, entity); }
 
@@ -111,6 +111,31 @@ TEST_F(CrossingTest, AChildThatIsMadeDuringTheWalkStays) {
   ASSERT_TRUE(clientsAction(20));
   EXPECT_EQ("group", clientsAction(20)->nexthopGroup());
   EXPECT_EQ(made.ptr(), serversAction(20).ptr());
+}
+
+TEST_F(CrossingTest, AChildThatIsStillOwedStaysThroughAWalk) {
+  walks(server, *serversActions());
+  clientWalks(*clientsActions());
+  serversMessages = 0;
+  serversActions()->fwdActionIs("server", id(20), Pbr::nexthopAction)->nexthopGroupIs("group");
+  clientsActions()->fwdActionIs("client", id(10), Pbr::nexthopAction);
+  turns(20);
+  ASSERT_TRUE(serversAction(10));
+  EXPECT_TRUE(serversAction(20));
+  expectEqual();
+  EXPECT_EQ("group", clientsAction(20)->nexthopGroup());
+}
+
+// The removal of the one before is still owed when the new one is announced.
+TEST_F(CrossingTest, AChildThatReplacesOneThatWasKnownIsTaken) {
+  clientWalks(*clientsActions());
+  clientsMessages = 0;
+  clientsActions()->fwdActionDel(id(1));
+  walks(client, *clientsActions(), false);
+  clientsActions()->fwdActionIs("other", id(1), Pbr::dropAction);
+  expectEqual();
+  ASSERT_TRUE(serversAction(1));
+  EXPECT_EQ("other", serversAction(1)->className());
 }
 
 TEST_F(CrossingTest, AChildThatBothMakeDuringTheWalkIsOneChild) {
