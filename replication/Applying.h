@@ -17,9 +17,11 @@ namespace replication {
 
 using Message = StreamAdapter::IncomingMessage;
 
-// Whoever has heard of a member within a transaction keeps it.
-template <class Attr> void unmark(typename Attr::Owner& of, typename Attr::Key const& key) {
-  if (auto* const member = Attr::field(of).find(key)) member->vyxMarkedForDeletionIs(false);
+// Whether this side's members go before those of the walk that is coming in.
+template <class Attr, class Sa> bool keepsOwn(Sa const& adapter) {
+  if (!adapter.vyxHasFlowIn() || !adapter.vyxDemuxer()) return false;
+  Vyx::NboAttrLog::FlowIn const* const flowIn = adapter.vyxDemuxer()->flowIn(adapter.entityId());
+  return flowIn && flowIn->aid() == Attr::id && flowIn->keepsOwn();
 }
 
 template <class Attr, class Sa> void applyScalar(Sa& adapter, Message const& message) {
@@ -73,6 +75,7 @@ template <class Attr, class Sa> void applyMember(Sa& adapter, Message const& mes
   message.in.expectEnd();
   if (!message.isApplied) return Attr::tell(adapter, key);
   auto& of = entityOf(adapter);
+  if (keepsOwn<Attr>(adapter) && Attr::field(of).find(key)) return;
   if constexpr (requires { Attr::write(of, key, value); })
     Attr::write(of, key, value);
   else
@@ -88,6 +91,7 @@ template <class Attr, class Sa> void applyReferenceMember(Sa& adapter, Message c
   if (!message.isApplied) return Attr::tell(adapter, key);
   if (!value) Vyx::throwProtocolException("a member of a collection of references refers to nothing");
   auto& of = entityOf(adapter);
+  if (keepsOwn<Attr>(adapter) && Attr::field(of).find(key)) return;
   Attr::write(of, key, value);
   unmark<Attr>(of, key);
 }
@@ -99,10 +103,13 @@ template <class Attr, class Sa> void applyQueued(Sa& adapter, Message const& mes
   auto const value = readValue<typename Attr::Type>(message.in);
   message.in.expectEnd();
   if (!message.isApplied) return Attr::tell(adapter, key);
+  if (keepsOwn<Attr>(adapter)) return;
   auto& of = entityOf(adapter);
   if (!frame::queueIs<Attr>(of, key, value)) {
-    while (Attr::field(of).tail() && Attr::field(of).tail()->fwkQkey() > key)
+    while (Attr::field(of).tail() && Attr::field(of).tail()->fwkQkey() > key) {
       frame::queueDel<Attr>(of, Attr::field(of).tail()->fwkQkey());
+      adapter.flagIs(StreamAdapter::isActiveFlag, true);
+    }
     frame::queueEnter<Attr>(of, key, value);
   }
   unmark<Attr>(of, key);
@@ -188,8 +195,18 @@ bool hasCrossed(Sa& adapter, Vyx::EntityId const& coming, [[maybe_unused]] Value
   if (user && user->vyxNotifierEntity() != child.ptr())
     Vyx::throwProtocolException(Vyx::format("entity id %llx is in use", coming.value()));
   auto const there = child ? adapterOf(*child, adapter.nboAttrLogOut()) : nullptr;
-  return there && there->flag(StreamAdapter::childAnnouncedFlag) &&
-         Vyx::NboAttrLog::Demuxer::outranks(there->entityId(), coming);
+  if (!there || !there->flag(StreamAdapter::childAnnouncedFlag)) return false;
+  // One that the other side knew was replaced there on purpose.
+  if (adapter.vyxDemuxer()->knowsWhatPeerHeard() && there->isKnownToPeer()) return false;
+  return Vyx::NboAttrLog::Demuxer::outranks(there->entityId(), coming);
+}
+
+// Whether an entity of that id was here and is gone. This side has removed it, and the other one hasn't heard
+// of that yet.
+inline bool isLate(StreamAdapter const& adapter, Vyx::EntityId const& coming) {
+  Vyx::NboAttrLog::Demuxer const* const demuxer = adapter.vyxDemuxer();
+  return demuxer && !adapter.flag(StreamAdapter::readOnlyFlag) && demuxer->wasGiven(coming) &&
+         !demuxer->reactor(coming);
 }
 
 template <class Attr, class Sa> void applyAnnouncement(Sa& adapter, Message const& message) {
@@ -207,6 +224,7 @@ template <class Attr, class Sa> void applyAnnouncement(Sa& adapter, Message cons
       return Attr::tell(adapter);
   }
   if (!id.isAssigned()) Vyx::throwProtocolException("an announced entity has no id");
+  if (isLate(adapter, id)) return;
   if (hasCrossed<Attr>(adapter, id, values)) {
     // What is still on its way to that id is late, not wrong.
     adapter.vyxDemuxer()->peerGave(id);

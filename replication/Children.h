@@ -27,12 +27,26 @@ childAdapterIs(Sa& parent, Vyx_BitSet flags, Vyx::Ptr<typename Attr::ChildType> 
   if (adapter) {
     adapter->notificationFlagsAre(flags);
     if (adapter->flag(StreamAdapter::childAnnouncedFlag)) return adapter;
+    adapter->vyxReveal();
   } else {
     adapter = ChildSa::VyxNboAttrLogSaIs(flags, child, options, out, channelEntry);
     adapter->vyxOnInit();
   }
+  parent.vyxTellHeard();
   writeAnnouncement<Attr>(parent, *child, adapter->entityId());
   return Vyx::validPtr(std::move(adapter));
+}
+
+// A child that this side makes while the other one walks the collection gets an adapter that writes nothing
+// yet: so the walk's end sees that the child isn't one that the other side has deleted.
+template <class Attr, class Sa> void keepBack(Sa& parent, Vyx::Ptr<typename Attr::ChildType> const& child) {
+  using ChildSa = typename Attr::ChildType::VyxNboAttrLogSa;
+  if (adapterOf(*child, parent.nboAttrLogOut())) return;
+  Vyx_BitSet flags;
+  flags.masked(parent.vyx_bitSet(), Vyx_BitSet::notificationBitMask());
+  flags.bitIs(StreamAdapter::flowOutOffFlag, true);
+  ChildSa::VyxNboAttrLogSaIs(flags, child, 1, parent.nboAttrLogOut(), parent.messageChannelEntry())
+      ->vyxOnInit();
 }
 
 // Takes the child, with everything below it, off its parent's log. RETURNS its adapter, or null.
@@ -64,7 +78,11 @@ void announceChild(Sa& parent, Vyx::Ptr<typename Attr::ChildType> const& child) 
 // takes the id that stands next in it.
 template <class Attr, class Sa, class... Key>
 void childChanged(Sa& parent, Vyx::Ptr<typename Attr::ChildType> const& child, Key const&... key) {
-  if (isEcho(parent, Attr::id)) return;
+  if (isEcho(parent, Attr::id)) {
+    bool const isOwn = deferOwnChange<Attr>(parent);
+    if (sizeof...(Key) != 0 && isOwn && child) keepBack<Attr>(parent, child);
+    return;
+  }
   Vyx::ClearIsActiveAnchor const anchor(parent);
   if (parent.flag(StreamAdapter::isActiveFlag)) {
     if (child) parent.adoptChild(*child);

@@ -56,6 +56,33 @@ template <class Attr, class Sa> void owe(Sa& adapter) {
   dirtyIs<Attr>(adapter, true);
 }
 
+// A change that this side makes while the adapter is on hold is owed when that ends.
+template <class Attr, class Sa> void noteChangeOnHold(Sa& adapter) {
+  constexpr unsigned asked = 1U << StreamAdapter::flowOutHeldFlag | 1U << StreamAdapter::outAttachedFlag;
+  constexpr unsigned against = 1U << StreamAdapter::flowOutOffFlag | 1U << StreamAdapter::isActiveFlag |
+                               1U << StreamAdapter::readOnlyFlag |
+                               1U << StreamAdapter::handlingScheduledFlowOutFlag;
+  if ((adapter.vyx_bitSet().word() & (asked | against)) != asked) return;
+  adapter.vyxChangedOnHold([](StreamAdapter& one) { owe<Attr>(static_cast<Sa&>(one)); });
+}
+
+// What looks like an echo but is a change that this side makes while the other one walks the attribute: it is
+// owed, and written behind that walk. RETURNS whether it was such a change.
+template <class Attr, class Sa> bool deferOwnChange(Sa& adapter) {
+  if (adapter.flag(StreamAdapter::syncRelayFlag) || adapter.flag(StreamAdapter::readOnlyFlag)) return false;
+  if (adapter.flag(StreamAdapter::handlingScheduledFlowOutFlag)) return false;
+  if (!isWriting(adapter)) return noteChangeOnHold<Attr>(adapter), false;
+  owe<Attr>(adapter);
+  return true;
+}
+
+// Whether the change came from the log; one that didn't, but can't be written yet, is owed.
+template <class Attr, class Sa> bool isSilent(Sa& adapter) {
+  if (!isEcho(adapter, Attr::id)) return false;
+  deferOwnChange<Attr>(adapter);
+  return true;
+}
+
 // Whether the change is written at once; else it is owed from now on. A written single value is owed no more,
 // a written member says nothing of the other members.
 template <class Attr, class Sa> bool mayWriteNow(Sa& adapter) {
@@ -73,7 +100,7 @@ template <class Attr, class Sa> bool mayWriteNow(Sa& adapter) {
 
 // Everything that stands before a reaction's own writing.
 template <class Attr, class Sa> bool mayReact(Sa& adapter) {
-  if (!isWriting(adapter)) return false;
+  if (!isWriting(adapter)) return noteChangeOnHold<Attr>(adapter), false;
   requireWritable<Attr>(adapter);
   return mayWriteNow<Attr>(adapter);
 }

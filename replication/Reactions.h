@@ -8,26 +8,43 @@
 namespace replication {
 
 template <class Attr, class Sa> void scalarChanged(Sa& adapter) {
-  if (isEcho(adapter, Attr::id)) return;
+  if (isSilent<Attr>(adapter)) return;
   Vyx::ClearIsActiveAnchor const anchor(adapter);
   if (mayReact<Attr>(adapter)) writeScalar<Attr>(adapter);
 }
 
 template <class Attr, class Sa> void referenceChanged(Sa& adapter) {
-  if (isEcho(adapter, Attr::id)) return;
+  if (isSilent<Attr>(adapter)) return;
   Vyx::ClearIsActiveAnchor const anchor(adapter);
   if (mayReact<Attr>(adapter)) writePatiently<Attr>(adapter, [&] { writeReference<Attr>(adapter); });
+}
+
+// Whoever has heard of a member within a transaction keeps it.
+template <class Attr> void unmark(typename Attr::Owner& of, typename Attr::Key const& key) {
+  if (auto* const member = Attr::field(of).find(key)) member->vyxMarkedForDeletionIs(false);
+}
+
+// What this side sets during a walk that is coming in isn't what that walk is about.
+template <class Attr, class Sa> void keepThroughWalk(Sa& adapter, typename Attr::Key const& key) {
+  if (!adapter.flag(StreamAdapter::isActiveFlag) &&
+      !adapter.flag(StreamAdapter::handlingScheduledFlowOutFlag))
+    unmark<Attr>(entityOf(adapter), key);
 }
 
 // One key of a collection of values. A missing key comes with a default value.
 template <class Attr, class Sa>
 void memberChanged(Sa& adapter, typename Attr::Key const& key, typename Attr::Type const& value,
                    bool keyMissing) {
-  if (isEcho(adapter, Attr::id)) return;
+  if (adapter.vyxHasFlowIn() && !keyMissing) keepThroughWalk<Attr>(adapter, key);
+  if (isSilent<Attr>(adapter)) return;
   Vyx::ClearIsActiveAnchor const anchor(adapter);
   if (!mayReact<Attr>(adapter)) return;
-  if (keyMissing) return writeRemoval<Attr>(adapter, key);
-  writePatiently<Attr>(adapter, [&] { writeMember<Attr>(adapter, key, value); });
+  if (keyMissing)
+    writeRemoval<Attr>(adapter, key);
+  else
+    writePatiently<Attr>(adapter, [&] { writeMember<Attr>(adapter, key, value); });
+  if (!adapter.flag(StreamAdapter::handlingScheduledFlowOutFlag))
+    adapter.vyxMemberWritten(adapter.nboAttrLogOut()->messages());
 }
 
 template <class Attr, class Sa> void memberChanged(Sa& adapter, typename Attr::Key const& key) {
@@ -57,9 +74,9 @@ inline bool pieceMayGo(StreamAdapter& adapter, bool isFirst) {
 // A text in pieces. RETURNS whether it is through. An empty text is one message without a payload. A text
 // that has changed since its last piece is begun anew, by the reaction to the change.
 template <class Attr, class Sa> bool textChanged(Sa& adapter) {
-  if (isEcho(adapter, Attr::id)) return true;
+  if (isSilent<Attr>(adapter)) return true;
   Vyx::ClearIsActiveAnchor const anchor(adapter);
-  if (!isWriting(adapter)) return true;
+  if (!isWriting(adapter)) return noteChangeOnHold<Attr>(adapter), true;
   requireWritable<Attr>(adapter);
   Vyx::Ptr<Vyx::NboAttrLog::FlowOut> const flowOut = adapter.vyxFlowOut();
   bool const isScheduled = adapter.flag(StreamAdapter::handlingScheduledFlowOutFlag);

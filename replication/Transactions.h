@@ -28,10 +28,27 @@ template <class Map, class Each> void sweep(Map& map, Each const& each) {
   } while (map.count() != before);
 }
 
+// A walk that begins without knowledge of what this side has written or owes of the collection doesn't tell
+// what is to go: everything stays, and a walk of this side follows. What both have stays as it is at the
+// accepting side. RETURNS whether it is such a walk.
+template <class Attr, class Sa> bool answerLateWalk(Sa& adapter) {
+  Vyx::NboAttrLog::Demuxer const* const demuxer = adapter.vyxDemuxer();
+  if (!demuxer || !demuxer->knowsWhatPeerHeard()) return false;
+  if (adapter.flag(StreamAdapter::readOnlyFlag) || !adapter.flag(StreamAdapter::outAttachedFlag))
+    return false;
+  if (!adapter.hasUnheardMembers() && !isDirty<Attr>(adapter)) return false;
+  owe<Attr>(adapter);
+  Vyx::NboAttrLog::FlowIn* const flowIn = demuxer->flowIn(adapter.entityId());
+  if (flowIn && flowIn->aid() == Attr::id)
+    flowIn->keepsOwnIs(demuxer->side() == Vyx::NboAttrLog::Demuxer::accepting);
+  return true;
+}
+
 template <class Attr, class Sa> void transactValues(Sa& adapter, StreamAdapter::AttrTransactionType type) {
   auto& of = entityOf(adapter);
+  bool const isLate = type == StreamAdapter::attrTransactionBegin && answerLateWalk<Attr>(adapter);
   sweep(Attr::field(of), [&](auto const& at) {
-    if (type == StreamAdapter::attrTransactionBegin) return at.member()->vyxMarkedForDeletionIs(true);
+    if (type == StreamAdapter::attrTransactionBegin) return at.member()->vyxMarkedForDeletionIs(!isLate);
     if (type != StreamAdapter::attrTransactionEnd || !at.member()->vyxMarkedForDeletion()) return;
     Vyx::IsActiveAnchor const anchor(adapter);
     if constexpr (kKind<Attr> == Kind::queue)
@@ -41,14 +58,24 @@ template <class Attr, class Sa> void transactValues(Sa& adapter, StreamAdapter::
   });
 }
 
+// Whether children without an adapter are this side's own, which it has owed since the log is live.
+template <class Attr, class Sa> bool hasUnannounced(Sa const& adapter) {
+  Vyx::NboAttrLog::Demuxer const* const demuxer = adapter.vyxDemuxer();
+  return demuxer && demuxer->knowsWhatPeerHeard() && demuxer->phase() == Vyx::NboAttrLog::Demuxer::live &&
+         !adapter.flag(StreamAdapter::readOnlyFlag) && isDirty<Attr>(adapter);
+}
+
 // The mark of a child is on its adapter; a child without an adapter on this log is one that the other side
-// doesn't have.
+// doesn't have. One that the other side didn't know yet when its walk began isn't what the walk is about.
 template <class Attr, class Sa> void transactChildren(Sa& adapter, StreamAdapter::AttrTransactionType type) {
   auto& of = entityOf(adapter);
+  bool const keepsUnannounced = type == StreamAdapter::attrTransactionBegin && hasUnannounced<Attr>(adapter);
   sweep(Attr::field(of), [&](auto const& at) {
     auto const childAdapter = adapterOf(*at.member(), adapter.nboAttrLogOut());
+    if (keepsUnannounced && !childAdapter)
+      return keepBack<Attr>(adapter, Vyx::Ptr<typename Attr::ChildType>(at.member().ptr()));
     if (type == StreamAdapter::attrTransactionBegin && childAdapter)
-      return childAdapter->flagIs(StreamAdapter::flowOutHeldFlag, true);
+      return childAdapter->flagIs(StreamAdapter::flowOutHeldFlag, childAdapter->isKnownToPeer());
     if (type != StreamAdapter::attrTransactionEnd) return;
     if (childAdapter && !childAdapter->flag(StreamAdapter::flowOutHeldFlag)) return;
     Vyx::IsActiveAnchor const anchor(adapter);

@@ -70,6 +70,8 @@ char const* controlName(Vyx::AttributeId code) {
     return "probe";
   case kAnswerCode:
     return "answer";
+  case kHeardCode:
+    return "heard";
   }
   return "unknown";
 }
@@ -228,6 +230,7 @@ void LogDump::control(Vyx::AttributeId code) {
     return text("words");
   case kProbeCode:
   case kAnswerCode:
+  case kHeardCode:
     return number64("number");
   case kMountCode:
     text("path");

@@ -7,6 +7,8 @@
 #include "Vyx/NboAttrLog/Exceptions.h"
 #include "Vyx/VyxType.h"
 
+#include <algorithm>
+
 namespace Vyx {
 
 StreamAdapter::StreamAdapter(Vyx_BitSet flags, unsigned, Ptr<NboAttrLog::Out> const& out,
@@ -124,6 +126,8 @@ void StreamAdapter::doEntityIdIs(EntityId const& id, Ptr<NboAttrLog::Demuxer> co
   demuxer->reactorIs(held);
   if (!isPeers) return;
   demuxer->peerGave(id);
+  announcedAt_ = 0;
+  isWritten_ = true;
   flagIs(childAnnouncedFlag, true);
 }
 
@@ -131,8 +135,10 @@ void StreamAdapter::vyxOnInit() {
   if (demuxer_ && !entityId_.isAssigned()) doEntityIdIs(demuxer_->newEntityId(), demuxer_, false);
 }
 
+// A child's mark in a walk that is coming in is for that walk to take away.
 void StreamAdapter::doFixChildFlags(Ptr<StreamAdapter> const& child) {
-  child->flagIs(flowOutHeldFlag, false);
+  if (!hasFlowIn_) child->release();
+  if (child->announcedAt_ == kNever) child->announcedAt_ = out_->messages();
   if (child->flag(childAnnouncedFlag)) return;
   child->flagIs(childAnnouncedFlag, true);
   // In a walk the parent's reaction goes on with the child by itself.
@@ -145,6 +151,36 @@ void StreamAdapter::doThis() {
   isWritten_ = true;
   if (syncMode_ == syncModeFull) sendSyncMode(syncModeFull);
   demuxer_->writeAll(*this);
+}
+
+void StreamAdapter::release() {
+  if (!flag(flowOutHeldFlag)) return;
+  flagIs(flowOutHeldFlag, false);
+  if (!demuxer_) return;
+  if (auto const changes = std::move(changedOnHold_))
+    for (auto const owe : *changes) owe(*this);
+  demuxer_->waitingIsOver();
+}
+
+void StreamAdapter::vyxChangedOnHold(void (*owe)(StreamAdapter&)) {
+  if (!changedOnHold_) changedOnHold_ = std::make_unique<std::vector<void (*)(StreamAdapter&)>>();
+  if (std::find(changedOnHold_->begin(), changedOnHold_->end(), owe) == changedOnHold_->end())
+    changedOnHold_->push_back(owe);
+}
+
+void StreamAdapter::vyxReveal() {
+  if (!flag(flowOutOffFlag) || !demuxer_) return;
+  flagIs(flowOutOffFlag, false);
+  doEntityIdIs(demuxer_->newEntityId(), demuxer_, false);
+}
+
+bool StreamAdapter::isKnownToPeer() const { return !demuxer_ || demuxer_->hasPeerHeard(announcedAt_); }
+
+bool StreamAdapter::hasUnheardMembers() const {
+  if (!demuxer_) return false;
+  bool const isWalkOpen =
+      demuxer_->side() == NboAttrLog::Demuxer::accepting && !demuxer_->hasPeerHeard(walkedAt_);
+  return isWalkOpen || changedOnHold_ || !demuxer_->hasPeerHeard(memberWrittenAt_);
 }
 
 NboAttrLog::In* StreamAdapter::vyxIn() const {
@@ -160,7 +196,7 @@ void StreamAdapter::adoptChild(Entity& child) {
   std::size_t const position = in.position();
   adapter->doEntityIdIs(in.nextEntityId(), demuxer, true);
   if (!entityId_.isAssigned()) in.overwrite(position, entityId_);
-  adapter->flagIs(flowOutHeldFlag, false);
+  adapter->release();
 }
 
 bool StreamAdapter::checkEphemeralEntityDeletion(Entity* child, EntityId const& id, bool isKeyed) {
@@ -181,7 +217,12 @@ void StreamAdapter::vyxEntityGone() {
   leaveLog();
 }
 
+void StreamAdapter::vyxTellHeard() {
+  if (demuxer_ && !flag(readOnlyProxyFlag)) demuxer_->tellHeard();
+}
+
 void StreamAdapter::sendTransactionMarker(AttributeId aid, AttrTransactionType type, unsigned n) {
+  if (type == attrTransactionBegin) vyxTellHeard();
   NboAttrLog::MsgHeader header;
   header.entityId = entityId_;
   header.attrId = aid;
@@ -190,6 +231,8 @@ void StreamAdapter::sendTransactionMarker(AttributeId aid, AttrTransactionType t
   out_->nextHeaderIs(header);
   out_ << Connection::Out::kTransactBegin << static_cast<unsigned>(type) << n
        << Connection::Out::kTransactEnd;
+  walkedAt_ = out_->messages();
+  if (flowOut_) flowOut_->vyxOpenWalkIs(type == attrTransactionBegin ? aid : 0);
 }
 
 void StreamAdapter::sendSyncMode(SyncMode mode) {
@@ -216,6 +259,8 @@ bool StreamAdapter::prepareImmediateTransmission(AttributeId aid, bool noRoom) {
 
 bool StreamAdapter::handlingFlowInFor(AttributeId aid) const {
   if (!hasFlowIn_ || !demuxer_) return false;
+  // What this side's own walk writes.
+  if (flag(handlingScheduledFlowOutFlag) && flowOut_ && flowOut_->vyxOpenWalk() == aid) return false;
   NboAttrLog::FlowIn const* flowIn = demuxer_->flowIn(entityId_);
   return flowIn && flowIn->aid() == aid;
 }

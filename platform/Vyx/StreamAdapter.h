@@ -13,6 +13,9 @@
 #include "Vyx/Entity.h"
 #include "Vyx/EntityId.h"
 
+#include <memory>
+#include <vector>
+
 namespace Vyx {
 
 class StreamAdapter : public PtrInterface::NotifieeConst {
@@ -136,6 +139,21 @@ public:
   // Tells the other side that the entity is no more, and leaves the log. REQUIRES: a weak adapter.
   void vyxEntityGone();
 
+  // Takes the adapter off its hold. What has changed meanwhile is owed.
+  void release();
+  // A change isn't written since the adapter is on hold; `owe` is called at its end, once.
+  void vyxChangedOnHold(void (*owe)(StreamAdapter&));
+  // A child that was kept back is about to be announced: it writes from now on, under a new id.
+  void vyxReveal();
+  // Before what the other side has to judge by what this one knew, if that one may write, too.
+  void vyxTellHeard();
+  // Whether the other side knew this child when it wrote what is being read.
+  bool isKnownToPeer() const;
+  // Whether it didn't know a member that this side has written or will write after the hold, or a walk of the
+  // accepting side.
+  bool hasUnheardMembers() const;
+  void vyxMemberWritten(std::uint64_t message) { memberWrittenAt_ = message; }
+
   void sendTransactionMarker(AttributeId aid, AttrTransactionType type, unsigned n);
   // Writes the mode, which the other side applies.
   void sendSyncMode(SyncMode mode);
@@ -169,6 +187,8 @@ protected:
 private:
   friend class NboAttrLog::Demuxer;
 
+  static constexpr std::uint64_t kNever = UINT64_MAX;
+
   void leaveLog();
 
   PtrInterface const* notifier_ = nullptr; // Counted, unless weak.
@@ -178,8 +198,13 @@ private:
   bool isWeak_ = false;
   bool hasUnifiedEntityId_ = false;
   bool hasFlowIn_ = false;
-  bool isWritten_ = false; // Everything has been written or is owed.
+  bool isWritten_ = false; // Everything has been written, or came from the other side, or is owed.
   bool isOrphan_ = false;
+  std::unique_ptr<std::vector<void (*)(StreamAdapter&)>> changedOnHold_; // Null for none.
+  std::uint64_t announcedAt_ =
+      kNever; // This side's first announcement, by its number; 0 if it was the peer's.
+  std::uint64_t memberWrittenAt_ = 0; // The last message about a member outside of a walk.
+  std::uint64_t walkedAt_ = 0;        // The last marker of a walk.
   Ptr<NboAttrLog::Out> out_;
   NboAttrLog::Demuxer* demuxer_ = nullptr; // Not counted; it lets go of all adapters before it ends.
   Ptr<NboAttrLog::FlowOut> flowOut_;

@@ -257,6 +257,26 @@ TEST_F(ServerTest, ACheckpointIsKeptWhenItsAgentHasGone) {
   EXPECT_NE(std::string::npos, ran.out.find("P  1.5\n")) << ran.out;
 }
 
+TEST_F(ServerTest, WhoFollowsARootThatIsReplacedConnectsAgainAndSeesTheNewOne) {
+  Program watcher({"watch", "status", "--socket", socket()});
+  auto const first = Pbr::statusFactory("first");
+  first->statusIs("old");
+  {
+    Agent agent(remote(), "pbr/status", first);
+    agent.settle();
+    watcher.waitFor("end     pbr/status\n");
+  }
+  auto const second = Pbr::statusFactory("second");
+  second->statusIs("new");
+  Agent agent(remote(), "pbr/status", second);
+  agent.settle();
+  std::string const text = watcher.waitFor("lost    pbr/status\nbegin   pbr/status\n");
+  EXPECT_EQ(1u, countOf(text, "lost    "));
+  second->statusIs("later");
+  agent.settle();
+  EXPECT_NE(std::string::npos, watcher.waitFor("pbr/status.status[later]").find("pbr/status.status[new]"));
+}
+
 TEST_F(ServerTest, ASecondAgentIsRefused) {
   auto const first = Pbr::checkpointStatusFactory("pbr");
   auto const second = Pbr::checkpointStatusFactory("pbr");

@@ -233,6 +233,11 @@ TEST_F(BadInputTest, UnknownControlMessage) {
   expectEnd("control message 77 is unknown");
 }
 
+TEST_F(BadInputTest, MoreHeardThanWasSent) {
+  control(kHeardCode, [&] { out->put(std::uint64_t{1000}); });
+  expectEnd("1000 messages heard, but only 1 sent");
+}
+
 TEST_F(BadInputTest, OtherConnectionsGoOn) {
   PipePair ends = pipePair();
   Process server{"server"};

@@ -241,6 +241,27 @@ TEST_F(PublishTest, ARootOfOtherValuesReplacesTheOldOneForItsReaders) {
   EXPECT_EQ("", one.process.ended + two.process.ended);
 }
 
+// The connection that it had before is found dead only later.
+TEST_F(PublishTest, WhatAReturnedPublisherBringsIsNotLostWithItsOldConnection) {
+  auto const state = [&] { return server.roots->dir()->find(kStatus)->state(); };
+  publish(Pbr::statusFactory("pbr"));
+  Another again(loop, server, "again");
+  auto const status = Pbr::statusFactory("pbr");
+  status->countersPerRuleIs(true);
+  again.process.peer->publish(kStatus, status);
+  quiesce();
+  EXPECT_TRUE(server.mounted<Pbr::Status>(kStatus)->countersPerRule());
+  one.process.peer->end("enough");
+  quiesce();
+  EXPECT_EQ(Vyx::Dir::complete, state());
+  status->initializedIs(true);
+  quiesce();
+  EXPECT_TRUE(server.mounted<Pbr::Status>(kStatus)->initialized());
+  again.process.peer->end("enough");
+  quiesce();
+  EXPECT_EQ(Vyx::Dir::lost, state());
+}
+
 TEST_F(PublishTest, ATreeOutlivesItsPublisher) {
   auto const status = Pbr::statusFactory("pbr");
   status->initializedIs(true);

@@ -41,8 +41,8 @@ protected:
       one->peer->loopIs(loop);
       one->peer->demuxer()->throttleIs(&PropertyTest::mayGoOn, this);
     }
-    for (char const* path : {"pbr/config", "pbr/status", "pbr/checkpoint"})
-      client.peer->mount(path, MountMode::read);
+    client.peer->mount("pbr/config", configMode);
+    for (char const* path : {"pbr/status", "pbr/checkpoint"}) client.peer->mount(path, MountMode::read);
   }
 
   Trees copy() const {
@@ -84,6 +84,7 @@ protected:
   }
 
   Random random;
+  MountMode configMode = MountMode::read;
   unsigned stopsOneIn = 0; // How often a walk is stopped although there is room.
   Trees trees = newTrees();
   Edits edits{random, trees};
@@ -153,6 +154,71 @@ TEST_F(PropertyTest, BothSidesAreEqualAfterEachReconnect) {
     quiesce();
     expectEqual();
     if (HasFatalFailure()) return;
+    disconnect();
+  }
+}
+
+// Both sides change the configuration: each makes and removes children of its own, and members of its own in
+// everyone's children.
+class SharedTest : public PropertyTest {
+protected:
+  SharedTest() { configMode = MountMode::write; }
+
+  Kest::UniqueId idOf(unsigned side) { return {10 * side + random.below(8), 2, 3}; }
+  Lomu::IpGenAddr addressOf(unsigned side) {
+    return Lomu::IpGenAddr(("10.0." + std::to_string(side) + "." + std::to_string(random.below(6))).c_str());
+  }
+  void edit(unsigned side, Pbr::Config& config) {
+    auto const& actions = config.pbrActions();
+    Kest::UniqueId const own = idOf(side);
+    switch (random.below(8)) {
+    case 0:
+      actions->fwdActionDel(own);
+      return;
+    case 1:
+    case 2:
+      if (!actions->fwdAction(own)) actions->fwdActionIs("web", own, Pbr::nexthopAction);
+      return;
+    case 3:
+      if (actions->fwdAction(own)) actions->fwdAction(own)->recursiveIs(random.oneIn(2));
+      return;
+    default:
+      editMembers(side, actions->fwdAction(idOf(random.below(2))));
+    }
+  }
+  void editMembers(unsigned side, Ptr<Pbr::PbrFwdAction> const& action) {
+    if (!action) return;
+    if (random.oneIn(3))
+      action->nexthopDel(addressOf(side));
+    else
+      action->nexthopIs(addressOf(side), random.oneIn(2));
+  }
+  void editBoth(unsigned count) {
+    for (; count > 0; --count) {
+      unsigned const side = random.below(2);
+      edit(side, side == 0 ? *trees.config : *copy().config);
+    }
+  }
+};
+
+TEST_F(SharedTest, BothSidesEndEqual) {
+  for (unsigned round = 0; round < 20; ++round) {
+    SCOPED_TRACE(round);
+    stopsOneIn = 0;
+    connect({300 + random.below(2000), 50 + random.below(1000)});
+    quiesce();
+    for (unsigned step = 0; step < 20; ++step) {
+      SCOPED_TRACE(step);
+      stopsOneIn = random.below(4);
+      if (stopsOneIn == 1) stopsOneIn = 2;
+      for (unsigned burst = random.below(8); burst > 0; --burst) {
+        editBoth(random.below(20));
+        turns(random.below(6));
+      }
+      quiesce();
+      expectEqual();
+      if (HasFatalFailure()) return;
+    }
     disconnect();
   }
 }

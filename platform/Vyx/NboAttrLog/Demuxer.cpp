@@ -111,9 +111,12 @@ void Demuxer::drop(FlowOut& flowOut) {
 
 // A run begins at the lowest attribute that is owed. A walk that has stopped is finished first, though, since
 // what it has saved is of its own type of key; what was marked up to its place since then has another run.
-// What the other side is in the middle of a transaction about isn't written before that has ended.
+// What the other side is in the middle of a transaction about isn't begun before that has ended; a walk that
+// has begun goes on, since the two sides would wait for each other else. Neither is anything written of an
+// entity on hold.
 void Demuxer::run(Ptr<FlowOut> const& flowOut) {
   Ptr<StreamAdapter> const adapter = flowOut->streamAdapter();
+  if (adapter->flag(StreamAdapter::flowOutHeldFlag)) return waiting_.push_back(flowOut);
   auto isWithin = [&] { return flowOut->bookmark() || flowOut->valueIter(); };
   AttributeId const resume = flowOut->vyxResumeAid();
   bool const wasWithin = isWithin();
@@ -128,7 +131,8 @@ void Demuxer::run(Ptr<FlowOut> const& flowOut) {
   }
   if (next == INT32_MAX) return drop(*flowOut);
   flowOut->vyxResumeAidIs(next);
-  if (flowOut->isSuspended() || adapter->handlingFlowInFor(next))
+  bool const waits = adapter->handlingFlowInFor(next) && flowOut->vyxOpenWalk() != next;
+  if (flowOut->isSuspended() || waits)
     waiting_.push_back(flowOut);
   else
     queue(flowOut);
@@ -154,6 +158,16 @@ bool Demuxer::runFlowOuts() {
     queue_.pop_front();
     if (flowOut->isCurrent()) run(flowOut);
   }
+}
+
+void Demuxer::tellHeard() {
+  if (toldHeard_ == heard_) return;
+  toldHeard_ = heard_;
+  MsgHeader header;
+  header.attrId = kHeardCode;
+  header.variableLength = 1;
+  header.messageClass = kControl;
+  out_->messageIs(header, heard_);
 }
 
 void Demuxer::failureIs(String8 const& words) {

@@ -19,6 +19,9 @@
 
 namespace Vyx::NboAttrLog {
 
+// The control message that tells how many messages of the other side had been applied; see Peer.h for others.
+inline constexpr AttributeId kHeardCode = 7; // number
+
 class Demuxer final : public PtrInterface {
 public:
   // Which half of the ids this side gives.
@@ -57,6 +60,8 @@ public:
   // RETURNS the adapter's flow out; a new one has the attributes from `firstAid` on dirty and will be run.
   Ptr<FlowOut> createFlowOut(Ptr<StreamAdapter> const& adapter, ConnectDesc const& desc, bool isResync,
                              AttributeId firstAid);
+  // Something that flow outs wait for has happened: they are tried again.
+  void waitingIsOver() { retryWaiting_ = true; }
   // Gives up what the adapter owes.
   void flowOutDel(StreamAdapter& adapter);
   // Owes everything that the adapter's entity holds, and writes of it what there is room for.
@@ -69,6 +74,17 @@ public:
 
   Phase phase() const { return phase_; }
   void phaseIs(Phase phase) { phase_ = phase; }
+  // What each side knew of the other's messages when it wrote its own. A message has come.
+  void heardInc() { ++heard_; }
+  // Says how many have come, unless the other side was told so before.
+  void tellHeard();
+  // How many of this side's the other one had applied when it wrote what comes next. Until one is told, each
+  // counts as applied.
+  void peerHeardIs(std::uint64_t messages) { peerHeard_ = messages; }
+  bool hasPeerHeard(std::uint64_t message) const { return message <= peerHeard_; }
+  bool knowsWhatPeerHeard() const { return peerHeard_ != UINT64_MAX; }
+  Side side() const { return side_; }
+
   // Enumerators that this process doesn't know.
   unsigned unknownEnums() const { return unknownEnums_; }
   void unknownEnumsInc(unsigned by) { unknownEnums_ += by; }
@@ -106,6 +122,9 @@ private:
   Side side_;
   Phase phase_ = connected;
   unsigned unknownEnums_ = 0;
+  std::uint64_t heard_ = 0;
+  std::uint64_t toldHeard_ = 0;
+  std::uint64_t peerHeard_ = UINT64_MAX;
   unsigned long long given_ = 0;
   unsigned long long peerGave_ = 0;
   bool running_ = false;

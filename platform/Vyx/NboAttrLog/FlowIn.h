@@ -23,6 +23,10 @@ public:
   bool handlingTransaction() const { return handlingTransaction_; }
   void handlingTransactionIs(bool handling) { handlingTransaction_ = handling; }
 
+  // The sender of the walk didn't know what stands here, which goes before what the walk says.
+  bool keepsOwn() const { return keepsOwn_; }
+  void keepsOwnIs(bool keeps) { keepsOwn_ = keeps; }
+
   // A TextIterator on the heap, owned, or null.
   void* iter() const { return iter_; }
   void iterIs(void* iterator);
@@ -33,6 +37,7 @@ private:
   EntityId id_;
   AttributeId aid_ = 0;
   bool handlingTransaction_ = false;
+  bool keepsOwn_ = false;
   void* iter_ = nullptr;
 };
 

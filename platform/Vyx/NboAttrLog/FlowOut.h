@@ -99,6 +99,9 @@ public:
   void vyxResumeAidIs(AttributeId aid) { resumeAid_ = aid; }
   // RETURNS the lowest attribute marked outside a run since the last call, or INT32_MAX.
   AttributeId vyxTakeLowestMarked() { return std::exchange(lowestMarked_, INT32_MAX); }
+  // The attribute whose walk the other side has heard the begin of, but not the end; 0 for none.
+  AttributeId vyxOpenWalk() const { return openWalk_; }
+  void vyxOpenWalkIs(AttributeId aid) { openWalk_ = aid; }
   // RETURNS whether the collection of the bookmark was marked while its walk stood there: what the walk had
   // passed may have changed, so that it owes another one.
   bool vyxTakeMarkedBehindWalk() { return std::exchange(markedBehindWalk_, false); }
@@ -110,6 +113,7 @@ private:
   void* valueIterKey_ = nullptr;
   AttributeId attrId_ = 0;
   AttributeId bookmarkAttrId_ = 0;
+  AttributeId openWalk_ = 0;
   AttributeId resumeAid_;
   AttributeId lowestMarked_ = INT32_MAX;
   unsigned outstandingKeys_ = 0;

@@ -72,6 +72,9 @@ public:
     return to;
   }
 
+  // How many were finished so far, dropped ones included.
+  std::uint64_t messages() const { return messages_; }
+
   // What may be sent.
   std::span<unsigned char const> pending() const { return {front_, pendingBytes()}; }
   std::size_t pendingBytes() const { return static_cast<std::size_t>(record_ - front_); }
@@ -122,6 +125,7 @@ private:
   void commit(std::size_t bytes) {
     record_ += bytes;
     at_ = record_;
+    ++messages_;
     if (__builtin_expect(watched_, false)) handleCommitted(bytes);
   }
   void begin() const {
@@ -149,6 +153,7 @@ private:
   bool watched_ = false; // Whether a finished message asks for more: a hook, or nobody is connected.
   bool connected_ = true;
 
+  std::uint64_t messages_ = 0;
   std::size_t size_ = 0;
   std::size_t capacity_;
   std::size_t reserve_; // What a message is expected to take at most.

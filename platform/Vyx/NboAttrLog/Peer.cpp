@@ -59,7 +59,9 @@ Peer::Peer(std::unique_ptr<Transport> transport, Demuxer::Side side, Ptr<Roots> 
            Watcher* watcher, LinkOptions const& options)
     : roots_(roots), watcher_(watcher),
       link_(ptrFromNew(new Link(std::move(transport), static_cast<Receiver&>(*this), options))),
-      demuxer_(ptrFromNew(new Demuxer(link_->out(), link_->in(), side))) {}
+      demuxer_(ptrFromNew(new Demuxer(link_->out(), link_->in(), side))) {
+  demuxer_->peerHeardIs(0);
+}
 
 Peer::~Peer() {
   link_->receiverDel();
@@ -145,6 +147,7 @@ void Peer::onRoom(Link&) { writeOwed(); }
 
 void Peer::onMessage(Link&, In& in) {
   auto const& header = in.header();
+  demuxer_->heardInc();
   if (header.messageClass == kControl)
     handleControl(in);
   else if (header.entityId == kOrphanEntityId && header.attrId == kOrphanAttrId)
@@ -212,6 +215,13 @@ void Peer::handleControl(In& in) {
     if (watcher_) watcher_->onAnswer(*this, number);
     return;
   }
+  case kHeardCode: {
+    unsigned long long const number = in.nextU64();
+    if (number > link_->out()->messages())
+      throwProtocolException(format("%llu messages heard, but only %llu sent", number,
+                                    static_cast<unsigned long long>(link_->out()->messages())));
+    return demuxer_->peerHeardIs(number);
+  }
   default:
     throwProtocolException(format("control message %d is unknown", in.header().attrId));
   }
@@ -271,6 +281,8 @@ void Peer::handleOrphan(In& in) {
   in.positionIs(position);
   made += '\0' + values;
   MountMode const mode = path ? modeOfComing(*path, type) : MountMode::read;
+  if (path)
+    if (Peer* const before = roots_->bringer(*path); before && before != this) before->rootTaken(*path);
   Dir::Entry* const entry = path ? &roots_->dir()->entryIs(*path) : nullptr;
   Ptr<Entity> entity = entry ? entry->reusable(made) : roots_->takeLost(made);
   if (!entity) entity = type.newEntity(Ptr<In>(&in), flagsOfReader(mode), 0, nullptr);
@@ -318,7 +330,29 @@ void Peer::rootEntered(Name const& path) {
   demuxer_->phaseIs(Demuxer::syncing);
   coming_.push_back(path);
   received_.insert(path);
+  roots_->bringerIs(path, this);
   roots_->dir()->entryIs(path).stateIs(Dir::partial);
+}
+
+// The one who brings the root has come again by another connection before the end of this one was found.
+void Peer::rootTaken(Name const& path) {
+  received_.erase(path);
+  std::erase(coming_, path);
+  roots_->bringerIs(path, nullptr);
+  Ptr<Entity> const root = roots_->dir()->entryIs(path).entity();
+  if (Ptr<StreamAdapter> const adapter = root ? root->vyxNboAttrLogSa(Ptr<Out const>(link_->out())) : nullptr)
+    adapter->doRemountSelf(nullptr);
+  if (received_.empty()) loseOrphans();
+}
+
+// They may be announced again.
+void Peer::loseOrphans() {
+  for (auto const& [number, made] : std::exchange(made_, {})) {
+    Ptr<StreamAdapter> const adapter(demuxer_->reactor(EntityId::fromValue(number)));
+    if (!adapter) continue;
+    roots_->lostIs(made, Ptr<Entity>(adapter->vyxNotifierEntity()));
+    adapter->doRemountSelf(nullptr);
+  }
 }
 
 void Peer::noteSynced() {
@@ -355,11 +389,11 @@ void Peer::leave() {
   isReady_ = false;
   link_->in()->inReadyFlagIs(0);
   if (loop_) std::exchange(loop_, nullptr)->turnEndDel(turnEnd_);
-  for (auto const& [number, made] : made_)
-    if (StreamAdapter* const adapter = demuxer_->reactor(EntityId::fromValue(number)))
-      roots_->lostIs(made, Ptr<Entity>(adapter->vyxNotifierEntity()));
-  made_.clear();
-  for (auto const& path : std::exchange(received_, {})) roots_->dir()->entryIs(path).stateIs(Dir::lost);
+  loseOrphans();
+  for (auto const& path : std::exchange(received_, {})) {
+    roots_->bringerIs(path, nullptr);
+    roots_->dir()->entryIs(path).stateIs(Dir::lost);
+  }
   demuxer_->close();
   syncing_.clear();
   given_.clear();

@@ -28,6 +28,7 @@ inline constexpr AttributeId kRootCode = 3;    // path: the entity that is annou
 inline constexpr AttributeId kRefusedCode = 4; // path, text: what was asked for isn't given
 inline constexpr AttributeId kProbeCode = 5;   // number: asks for an answer behind everything written before
 inline constexpr AttributeId kAnswerCode = 6;  // number
+// kHeardCode, 7, is the demuxer's.
 
 class Peer final : public PtrInterface, private Receiver {
 public:
@@ -97,6 +98,8 @@ private:
   void ask(Name const& path, MountMode mode);
   MountMode modeOfComing(Name const& path, VyxType const& type) const;
   void rootEntered(Name const& path);
+  void rootTaken(Name const& path);
+  void loseOrphans();
   void leave();
   void allWritten();
   void noteSynced();

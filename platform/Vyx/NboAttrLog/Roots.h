@@ -13,6 +13,7 @@
 namespace Vyx::NboAttrLog {
 
 class Link;
+class Peer;
 
 // What a peer wants of a root. The numbers are on the wire.
 enum class MountMode : std::uint8_t {
@@ -46,6 +47,14 @@ public:
   // The roots that came from peers, with their states.
   Ptr<Dir> const& dir() const { return dir_; }
 
+  // The peer by which the root of that path has come and is kept up to date, or null. Not owned: it takes
+  // itself out.
+  Peer* bringer(Name const& path) const {
+    auto const found = bringers_.find(path);
+    return found == bringers_.end() ? nullptr : found->second;
+  }
+  void bringerIs(Name const& path, Peer* peer) { bringers_[path] = peer; }
+
   // Entities without a parent of a log that has ended, by what they were made with. One that is announced
   // again is the same entity again.
   void lostIs(std::string const& made, Ptr<Entity> const& entity) { lost_.emplace(made, entity); }
@@ -58,6 +67,7 @@ private:
   Ptr<Dir> dir_;
   std::map<Name, Ptr<Entity>> offers_;
   std::map<Name, VyxType const*> accepted_;
+  std::map<Name, Peer*> bringers_;
   std::multimap<std::string, Ptr<Entity>> lost_;
 };
 
