@@ -162,14 +162,11 @@ void Demuxer::failureIs(String8 const& words) {
 
 void Demuxer::close() {
   phase_ = connected;
-  while (ReactorMap::Walk first{reactors_}) {
-    Ptr<StreamAdapter> const adapter(&*first);
-    adapter->leaveLog();
-  }
+  for (ReactorMap::IteratorConst at(reactors_); at; ++at) at.member()->leaveLog();
   for (auto const& flowOut : std::exchange(queue_, {}))
     if (flowOut->isCurrent()) drop(*flowOut);
   waiting_.clear();
-  while (FlowInMap::Walk first{flowIns_}) flowInDel(first->fwkKey());
+  for (FlowInMap::IteratorConst at(flowIns_); at; ++at) flowInDel(at.key());
 }
 
 void DemuxerManager::enter(Demuxer* demuxer) {
