@@ -214,8 +214,8 @@ bool StreamAdapter::prepareImmediateTransmission(AttributeId aid, bool noRoom) {
   return false;
 }
 
-bool StreamAdapter::handlingFlowInFor(AttributeId aid) const {
-  if (!hasFlowIn_ || !demuxer_) return false;
+bool StreamAdapter::hasFlowInFor(AttributeId aid) const {
+  if (!demuxer_) return false;
   NboAttrLog::FlowIn const* flowIn = demuxer_->flowIn(entityId_);
   return flowIn && flowIn->aid() == aid;
 }
