@@ -5,8 +5,8 @@
 // ids. Where it says "applied", the reader looks the entity up, stores the value and calls one virtual
 // reactor.
 
+#include "Followers.h"
 #include "Processor.h"
-#include "SlowReader.h"
 #include "TreeRoads.h"
 #include "TwoProcesses.h"
 
