@@ -5,6 +5,8 @@
 // ids. Where it says "applied", the reader looks the entity up, stores the value and calls one virtual
 // reactor.
 
+#include "Followers.h"
+#include "Processor.h"
 #include "TreeRoads.h"
 #include "TwoProcesses.h"
 
@@ -227,8 +229,13 @@ template <class MadeRoad> void goes(benchmark::State& state) {
   for (auto _ : state) {
     MadeRoad road;
     try {
-      state.SetIterationTime(secondsBetween({[&] { road.openWriter(); }, [&] { road.write(changes); },
-                                             [&] { road.openReader(); }, [&] { road.read(changes); }}));
+      Taken const taken = timeBetween({[&] { road.openWriter(); }, [&] { road.write(changes); },
+                                       [&] { road.openReader(); }, [&] { road.read(changes); }});
+      state.SetIterationTime(taken.fromStartToEnd);
+      // Of each change, and less at the mercy of whatever else is running than the time by the clock.
+      state.counters["writer_ns"] = 1e9 * taken.byWriter / static_cast<double>(changes);
+      state.counters["reader_ns"] = 1e9 * taken.byReader / static_cast<double>(changes);
+      state.counters["allocations"] = taken.allocationsByReader / static_cast<double>(changes);
     } catch (std::runtime_error const& error) {
       state.SkipWithError(error.what());
     }
@@ -300,6 +307,26 @@ void thereAndBackOverPipe(benchmark::State& state) {
   for (auto _ : state) ping.once();
 }
 BENCHMARK(thereAndBackOverPipe)->Name("there and back, pipe/attribute log");
+
+// How fast a reader follows, and what the writer's process takes from the heap meanwhile.
+void follow(benchmark::State& state, bool besideSlow) {
+  auto const changes = static_cast<std::size_t>(state.range(0));
+  for (auto _ : state) {
+    Followers followers(besideSlow);
+    std::size_t const before = heapBytes();
+    timed(state, [&] { followers.change(changes); });
+    std::size_t const after = heapBytes();
+    state.counters["bytes"] = after > before ? static_cast<double>(after - before) : 0;
+    if (besideSlow) followers.readOn();
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK_CAPTURE(follow, alone, false)->Name("follow/alone")->Arg(kMany)->UseManualTime()->Iterations(1);
+BENCHMARK_CAPTURE(follow, besideSlow, true)
+    ->Name("follow/beside one that has stopped")
+    ->Arg(kMany)
+    ->UseManualTime()
+    ->Iterations(1);
 
 } // namespace
 

@@ -32,7 +32,10 @@ public:
   void connect(std::unique_ptr<Log::Transport> transport, Log::Demuxer::Side side) {
     if (peer) peer->watcherDel();
     hasSynced = false;
-    peer = Vyx::ptrFromNew(new Log::Peer(std::move(transport), side, roots, this));
+    // The other side may be building its tree before it comes to its first turn.
+    Log::LinkOptions options;
+    options.helloLimit = kPatience;
+    peer = Vyx::ptrFromNew(new Log::Peer(std::move(transport), side, roots, this, options));
     peer->loopIs(loop);
   }
   template <class Condition> void until(Condition const& condition) {

@@ -1,5 +1,8 @@
 #include "TwoProcesses.h"
 
+#include "Heap.h"
+#include "Processor.h"
+
 #include <atomic>
 #include <chrono>
 #include <cstdio>
@@ -21,6 +24,9 @@ struct Meeting {
   std::atomic<bool> isOver{false}; // The reader has ended.
   Clock::time_point start;
   Clock::time_point end;
+  double byWriter = 0;
+  double byReader = 0;
+  double allocationsByReader = 0;
 };
 
 constexpr unsigned kLimitSeconds = 60;
@@ -51,7 +57,7 @@ bool endedWell(pid_t child) {
 
 } // namespace
 
-double secondsBetween(Parties const& parties) {
+Taken timeBetween(Parties const& parties) {
   void* const shared =
       ::mmap(nullptr, sizeof(Meeting), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
   if (shared == MAP_FAILED) throw std::runtime_error("no shared memory");
@@ -59,23 +65,30 @@ double secondsBetween(Parties const& parties) {
   pid_t const reader = inAnotherProcess([&] {
     parties.openReader();
     waitForBoth(*meeting);
+    double const before = processorTime();
+    std::uint64_t const allocationsBefore = allocations();
     parties.read();
     meeting->end = Clock::now();
+    meeting->byReader = processorTime() - before;
+    meeting->allocationsByReader = static_cast<double>(allocations() - allocationsBefore);
   });
   pid_t const writer = inAnotherProcess([&] {
     parties.openWriter();
     waitForBoth(*meeting);
     meeting->start = Clock::now();
+    double const before = processorTime();
     parties.write();
+    meeting->byWriter = processorTime() - before;
     while (!meeting->isOver) std::this_thread::sleep_for(std::chrono::milliseconds(1));
   });
   bool const readerIsWell = endedWell(reader);
   meeting->isOver = true;
   bool const writerIsWell = endedWell(writer);
-  double const seconds = std::chrono::duration<double>(meeting->end - meeting->start).count();
+  Taken const taken{std::chrono::duration<double>(meeting->end - meeting->start).count(), meeting->byWriter,
+                    meeting->byReader, meeting->allocationsByReader};
   ::munmap(shared, sizeof(Meeting));
   if (!readerIsWell || !writerIsWell) throw std::runtime_error("a process of the measurement failed");
-  return seconds;
+  return taken;
 }
 
 } // namespace Bench

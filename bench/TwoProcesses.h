@@ -17,8 +17,15 @@ struct Parties {
   std::function<void()> read;
 };
 
-// RETURNS the seconds from the start to the end of `read`.
+// Times are in seconds.
+struct Taken {
+  double fromStartToEnd; // Of `read`.
+  double byWriter;       // Of the processor, for `write`.
+  double byReader;       // Of the processor, for `read`.
+  double allocationsByReader;
+};
+
 // THROWS: std::runtime_error.
-double secondsBetween(Parties const& parties);
+Taken timeBetween(Parties const& parties);
 
 } // namespace Bench

@@ -12,7 +12,7 @@ namespace replication {
 template <class Child>
 Vyx::Ptr<typename Child::VyxNboAttrLogSa> adapterOf(Child& child, Vyx::Ptr<Out> const& out) {
   Vyx::Entity& entity = child;
-  return Vyx::dynamicPtrCast<typename Child::VyxNboAttrLogSa>(
+  return frame::linePtrCast<typename Child::VyxNboAttrLogSa>(
       entity.vyxNboAttrLogSa(Vyx::Ptr<Out const>(out)));
 }
 

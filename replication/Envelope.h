@@ -8,12 +8,13 @@
 
 namespace replication {
 
-// Reads an envelope, if there is one; `knows` says whether the type has an attribute of that id, positive or
-// negated. RETURNS the id to go by.
+inline bool isEnvelope(Vyx::AttributeId aid) { return aid == Vyx::kEnvelopeId || aid == -Vyx::kEnvelopeId; }
+
+// Reads an envelope; `knows` says whether the type has an attribute of that id, positive or negated. RETURNS
+// the id to go by.
 template <class Knows>
 Vyx::AttributeId openEnvelope(Vyx::AttributeId aid, Vyx::StreamAdapter::IncomingMessage& message,
                               Knows const& knows) {
-  if (aid != Vyx::kEnvelopeId && aid != -Vyx::kEnvelopeId) return aid;
   auto& in = message.in;
   std::size_t const start = in.position();
   std::size_t const listEnd = start + in.nextU16();

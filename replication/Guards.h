@@ -40,14 +40,21 @@ inline bool isWriting(StreamAdapter const& adapter) {
   return (adapter.vyx_bitSet().word() & (against | attached)) == attached && adapter.nboAttrLogOut();
 }
 
-// THROWS: ReadOnlyException.
-template <class Attr> void requireWritable(StreamAdapter& adapter) {
-  if (adapter.flag(StreamAdapter::readOnlyFlag) && !adapter.convertedToWritable(false))
+// What happens with every change is inlined into its reaction; what is rare stands in functions of its own,
+// so that the reaction stays short.
+
+template <class Attr> [[gnu::noinline]] void convertOrThrow(StreamAdapter& adapter) {
+  if (!adapter.convertedToWritable(false))
     adapter.doThrowReadOnly(Vyx::Ptr<Vyx::VyxAttr const>(recordOf<Attr>()));
 }
 
+// THROWS: ReadOnlyException.
+template <class Attr> void requireWritable(StreamAdapter& adapter) {
+  if (__builtin_expect(adapter.flag(StreamAdapter::readOnlyFlag), false)) convertOrThrow<Attr>(adapter);
+}
+
 // Marks the attribute, so that a later run writes it.
-template <class Attr, class Sa> void owe(Sa& adapter) {
+template <class Attr, class Sa> [[gnu::noinline]] void owe(Sa& adapter) {
   if (!adapter.vyxDemuxer()) return;
   Vyx::ConnectDesc const desc{Vyx::EntityUriPath(""), Vyx::EntityUriPath("")};
   auto const flowOut = adapter.vyxDemuxer()->createFlowOut(&adapter, desc, false, INT32_MAX);
@@ -57,7 +64,7 @@ template <class Attr, class Sa> void owe(Sa& adapter) {
 }
 
 // A change that this side makes while the adapter is on hold is owed when that ends.
-template <class Attr, class Sa> void noteChangeOnHold(Sa& adapter) {
+template <class Attr, class Sa> [[gnu::noinline]] void noteChangeOnHold(Sa& adapter) {
   constexpr unsigned asked = 1U << StreamAdapter::flowOutHeldFlag | 1U << StreamAdapter::outAttachedFlag;
   constexpr unsigned against = 1U << StreamAdapter::flowOutOffFlag | 1U << StreamAdapter::isActiveFlag |
                                1U << StreamAdapter::readOnlyFlag |
@@ -68,7 +75,7 @@ template <class Attr, class Sa> void noteChangeOnHold(Sa& adapter) {
 
 // What looks like an echo but is a change that this side makes while the other one walks the attribute: it is
 // owed, and written behind that walk. RETURNS whether it was such a change.
-template <class Attr, class Sa> bool deferOwnChange(Sa& adapter) {
+template <class Attr, class Sa> [[gnu::noinline]] bool deferOwnChange(Sa& adapter) {
   if (adapter.flag(StreamAdapter::syncRelayFlag) || adapter.flag(StreamAdapter::readOnlyFlag)) return false;
   if (adapter.flag(StreamAdapter::handlingScheduledFlowOutFlag)) return false;
   if (!isWriting(adapter)) return noteChangeOnHold<Attr>(adapter), false;
@@ -83,15 +90,18 @@ template <class Attr, class Sa> bool isSilent(Sa& adapter) {
   return true;
 }
 
-// Whether the change is written at once; else it is owed from now on. A written single value is owed no more,
-// a written member says nothing of the other members.
-template <class Attr, class Sa> bool mayWriteNow(Sa& adapter) {
+// Outside of direct mode the runtime decides. A written single value is owed no more, a written member says
+// nothing of the other members.
+template <class Attr, class Sa> [[gnu::noinline]] bool mayWriteByPolicy(Sa& adapter, bool room) {
+  bool const writes = adapter.prepareImmediateTransmission(Attr::id, !room);
+  if (!writes || !isKeyed<Attr>) dirtyIs<Attr>(adapter, !writes);
+  return writes;
+}
+
+// Whether the change is written at once; else it is owed from now on.
+template <class Attr, class Sa> [[gnu::always_inline]] inline bool mayWriteNow(Sa& adapter) {
   bool const room = adapter.nboAttrLogOut()->hasSufficientBuffer();
-  if (!adapter.flag(StreamAdapter::directFlowOutFlag)) {
-    bool const writes = adapter.prepareImmediateTransmission(Attr::id, !room);
-    if (!writes || !isKeyed<Attr>) dirtyIs<Attr>(adapter, !writes);
-    return writes;
-  }
+  if (!adapter.flag(StreamAdapter::directFlowOutFlag)) return mayWriteByPolicy<Attr>(adapter, room);
   if (adapter.flag(StreamAdapter::handlingScheduledFlowOutFlag)) return true;
   if (room && !adapter.flag(StreamAdapter::forceFlowOutFlag)) return true;
   owe<Attr>(adapter);
@@ -99,7 +109,7 @@ template <class Attr, class Sa> bool mayWriteNow(Sa& adapter) {
 }
 
 // Everything that stands before a reaction's own writing.
-template <class Attr, class Sa> bool mayReact(Sa& adapter) {
+template <class Attr, class Sa> [[gnu::always_inline]] inline bool mayReact(Sa& adapter) {
   if (!isWriting(adapter)) return noteChangeOnHold<Attr>(adapter), false;
   requireWritable<Attr>(adapter);
   return mayWriteNow<Attr>(adapter);

@@ -5,6 +5,7 @@
 #include "Vyx/ListRaw.h"
 #include "Vyx/NboAttrLog/Demuxer.h"
 #include "Vyx/ValidPtr.h"
+#include "frame/LineCast.h"
 
 namespace replication {
 
@@ -78,7 +79,7 @@ Vyx::Ptr<EntitySa> adapterIs(X& of, Vyx_BitSet flags, unsigned options, Vyx::Ptr
   if (!out) Vyx::throwRangeException("null ValidPtr");
   Vyx::Entity& entity = of;
   Vyx::Ptr<EntitySa> const there = entity.vyxNboAttrLogSa(Vyx::Ptr<Out const>(out));
-  if (auto own = Vyx::dynamicPtrCast<Sa>(there)) {
+  if (auto own = frame::linePtrCast<Sa>(there)) {
     own->notificationFlagsAre(flags);
     return own;
   }

@@ -97,12 +97,14 @@ template <class X> void StreamAdapterOf<X>::attach(Vyx::Ptr<X> const& entity) {
   adapter_ = Self::vyxNewAdapter(entity, this);
   if (this->flag(StreamAdapter::weakAdapterFlag)) this->isWeakReferenceIs(true);
   if constexpr (!kIsFirst) Base::unlinkAdapter();
+  this->vyxListedIs(adapter_.ptr());
   StreamAdapterOf::notifierIs(Vyx::Ptr<Vyx::PtrInterface const>(entity));
 }
 
 template <class X> StreamAdapterOf<X>::~StreamAdapterOf() {
   this->isWeakReferenceIs(false);
   if (!adapter_) return;
+  this->vyxListedIs(nullptr);
   adapter_->isRegisteredNotifieeIs(false);
   adapter_->notifierIs(nullptr);
   static_cast<AdapterOf<X>&>(*adapter_).vyxReactorAdapterIs(nullptr);
@@ -186,7 +188,8 @@ template <class X> bool StreamAdapterOf<X>::vyxKnowsInEnvelope(Vyx::AttributeId 
 template <class X>
 void StreamAdapterOf<X>::handleAttrDeserialization(Vyx::AttributeId aid, Options options, unsigned n,
                                                    Vyx::Ptr<In> const& in) {
-  Vyx::Ptr<In> const from = in ? in : Vyx::Ptr<In>(this->vyxIn());
+  // Whoever carries the messages holds the log.
+  In* const from = in ? in.ptr() : this->vyxIn();
   if (!from) return;
   std::optional<Vyx::IsActiveAnchor> active;
   if (!in) {
@@ -198,9 +201,9 @@ void StreamAdapterOf<X>::handleAttrDeserialization(Vyx::AttributeId aid, Options
       Vyx::throwInternalException(Vyx::String8("write-update from readonly proxy: ") + of().fullName());
   }
   Message message{*from, !in, n, options, 0};
-  aid = openEnvelope(aid, message, &vyxKnowsInEnvelope);
-  auto const demuxer = this->streamDemuxer();
-  Vyx::Ptr<Vyx::NboAttrLog::FlowIn> const held(demuxer ? demuxer->flowIn(this->entityId()) : nullptr);
+  if (isEnvelope(aid)) aid = openEnvelope(aid, message, &vyxKnowsInEnvelope);
+  Vyx::Ptr<Vyx::NboAttrLog::FlowIn> held;
+  if (this->vyxHasFlowIn() && this->vyxDemuxer()) held = this->vyxDemuxer()->flowIn(this->entityId());
   vyxApply(aid, message);
 }
 

@@ -257,8 +257,8 @@ bool StreamAdapter::prepareImmediateTransmission(AttributeId aid, bool noRoom) {
   return false;
 }
 
-bool StreamAdapter::handlingFlowInFor(AttributeId aid) const {
-  if (!hasFlowIn_ || !demuxer_) return false;
+bool StreamAdapter::hasFlowInFor(AttributeId aid) const {
+  if (!demuxer_) return false;
   // What this side's own walk writes.
   if (flag(handlingScheduledFlowOutFlag) && flowOut_ && flowOut_->vyxOpenWalk() == aid) return false;
   NboAttrLog::FlowIn const* flowIn = demuxer_->flowIn(entityId_);

@@ -162,7 +162,7 @@ public:
   bool continueFlowOut() const;
   // Whether a change may be written although the log isn't in direct mode; else it is owed.
   bool prepareImmediateTransmission(AttributeId aid, bool noRoom);
-  bool handlingFlowInFor(AttributeId aid) const;
+  bool handlingFlowInFor(AttributeId aid) const { return hasFlowIn_ && hasFlowInFor(aid); }
   // A read-only adapter may become a writable one; ours never do.
   bool convertedToWritable(bool force);
   bool readOnlyRemoteOk(AttributeId aid) const;
@@ -179,6 +179,9 @@ public:
 
   void notifierIs(Ptr<PtrInterface const> const& notifier) override;
   PtrInterface const* vyxNotifier() const { return notifier_; }
+  // The reactor that stands in the entity's list for this adapter; the adapter of a type brings it.
+  Entity::NotifieeConst const* vyxListed() const { return listed_; }
+  void vyxListedIs(Entity::NotifieeConst const* listed) { listed_ = listed; }
 
 protected:
   StreamAdapter(Vyx_BitSet flags, unsigned options, Ptr<NboAttrLog::Out> const& out,
@@ -189,11 +192,13 @@ private:
 
   static constexpr std::uint64_t kNever = UINT64_MAX;
 
+  bool hasFlowInFor(AttributeId aid) const;
   void leaveLog();
 
-  PtrInterface const* notifier_ = nullptr; // Counted, unless weak.
+  PtrInterface const* notifier_ = nullptr;        // Counted, unless weak.
+  Entity::NotifieeConst const* listed_ = nullptr; // Not counted.
   EntityId entityId_;
-  SyncMode syncMode_ = syncModeNone;
+  SyncMode syncMode_ : 8 = syncModeNone; // In the gap before out_, with the flags.
   bool holdsNotifier_ = false;
   bool isWeak_ = false;
   bool hasUnifiedEntityId_ = false;

@@ -56,6 +56,36 @@ TEST(Reception, ACutAtAnyByteIsAnUnfinishedMessage) {
   }
 }
 
+// Whom the coming messages are for, four of them at most.
+std::vector<EntityId> upcoming(std::span<unsigned char const> bytes) {
+  Wire wire;
+  wire.receive(bytes);
+  std::vector<EntityId> entities(4);
+  entities.resize(wire.in->upcoming(entities));
+  return entities;
+}
+
+TEST(Reception, ComingMessagesAreLookedAtAsFarAsTheyAreThere) {
+  Bytes const bytes = threeMessages();
+  std::vector<EntityId> const all{EntityId(1, 0), EntityId(3, 0), EntityId(5, 0)};
+  for (std::size_t size = 0; size <= bytes.size(); ++size) {
+    std::size_t const whole = (size >= 21) + (size >= 50) + (size == bytes.size());
+    std::vector<EntityId> const expected(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(whole));
+    EXPECT_EQ(expected, upcoming(std::span(bytes).first(size))) << size;
+  }
+}
+
+TEST(Reception, ComingMessagesInARowForOneEntityCountOnce) {
+  Wire wire;
+  for (unsigned low : {3U, 3U, 5U, 3U, 7U}) wire.write(scalarHeader<bool>(EntityId(low, 0), 10), true);
+  EXPECT_EQ((std::vector{EntityId(3, 0), EntityId(5, 0), EntityId(3, 0)}), upcoming(wire.sent()));
+}
+
+TEST(Reception, NoLookGoesBeyondALengthThatCannotBe) {
+  EXPECT_TRUE(upcoming(Bytes(100, 0x00)).empty());
+  EXPECT_TRUE(upcoming(Bytes(100, 0xff)).empty());
+}
+
 TEST(Reception, AChangedBitAnywhereIsRefused) {
   Wire original;
   original.write(variable(EntityId(3, 0), 11), Vyx::String8("hello"));

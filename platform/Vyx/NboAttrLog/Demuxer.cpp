@@ -1,15 +1,28 @@
 #include "Vyx/NboAttrLog/Demuxer.h"
 
 #include "Vyx/NboAttrLog/Exceptions.h"
+#include "Vyx/ReactorList.h"
 #include "Vyx/VyxType.h"
 
 #include <algorithm>
+#include <array>
 
 namespace Vyx::NboAttrLog {
 
 namespace {
 
 constexpr unsigned long long kAcceptingHalf = 1ULL << 63;
+
+constexpr std::size_t kCacheLine = 64;
+// What is read of an entity when one of its first attributes is set.
+constexpr std::size_t kEntityBytes = 3 * kCacheLine;
+
+// Memory anywhere, and none for null.
+void askFor(void const* object, std::size_t bytes) {
+  auto const* const at = static_cast<char const*>(object);
+  for (std::size_t i = 0; i < bytes; i += kCacheLine) __builtin_prefetch(at + i);
+  __builtin_prefetch(at + bytes - 1);
+}
 
 } // namespace
 
@@ -29,6 +42,26 @@ Demuxer::~Demuxer() {
 void Demuxer::reactorIs(Ptr<StreamAdapter> const& adapter) {
   reactors_.newMember(adapter);
   retryWaiting_ = true;
+}
+
+// Each step reads what the step before has asked for: the bucket and the adapter in it, then the entity and
+// the first of its reactors, which is the adapter's own, then the one behind that.
+void Demuxer::expect(std::span<EntityId const> ids) const {
+  std::array<StreamAdapter const*, kExpected> adapters;
+  for (std::size_t i = 0; i < ids.size(); ++i) {
+    PtrInterface const* const first = reactors_.head(reactors_.bucketOf(reversedHash(ids[i])));
+    adapters[i] = static_cast<StreamAdapter const*>(first);
+    askFor(first, sizeof(StreamAdapter));
+  }
+  for (std::size_t i = 0; i < ids.size(); ++i) {
+    if (adapters[i] && !(adapters[i]->fwkKey() == ids[i])) adapters[i] = reactor(ids[i]);
+    if (!adapters[i]) continue;
+    askFor(adapters[i]->vyxNotifier(), kEntityBytes);
+    askFor(adapters[i]->vyxListed(), sizeof(Entity::NotifieeConst));
+  }
+  for (std::size_t i = 0; i < ids.size(); ++i)
+    if (adapters[i] && adapters[i]->vyxListed())
+      askFor(ReactorList::next(adapters[i]->vyxListed()), sizeof(Entity::NotifieeConst));
 }
 
 Ptr<StreamAdapter> Demuxer::reactorDel(EntityId const& id) {
@@ -176,14 +209,11 @@ void Demuxer::failureIs(String8 const& words) {
 
 void Demuxer::close() {
   phase_ = connected;
-  while (ReactorMap::Walk first{reactors_}) {
-    Ptr<StreamAdapter> const adapter(&*first);
-    adapter->leaveLog();
-  }
+  for (ReactorMap::IteratorConst at(reactors_); at; ++at) at.member()->leaveLog();
   for (auto const& flowOut : std::exchange(queue_, {}))
     if (flowOut->isCurrent()) drop(*flowOut);
   waiting_.clear();
-  while (FlowInMap::Walk first{flowIns_}) flowInDel(first->fwkKey());
+  for (FlowInMap::IteratorConst at(flowIns_); at; ++at) flowInDel(at.key());
 }
 
 void DemuxerManager::enter(Demuxer* demuxer) {

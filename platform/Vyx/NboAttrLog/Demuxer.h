@@ -15,6 +15,7 @@
 #include "Vyx/NboAttrLog/Out.h"
 
 #include <deque>
+#include <span>
 #include <vector>
 
 namespace Vyx::NboAttrLog {
@@ -41,6 +42,11 @@ public:
   // Adapters.
   ReactorMap const& reactors() const { return reactors_; }
   StreamAdapter* reactor(EntityId const& id) const { return reactors_.find(id); }
+  // Messages for these entities come next. Asks for the memory that applying them reads, for all of them at
+  // the same time: in a large tree each message would otherwise wait for its own. An id may be unknown.
+  // REQUIRES: no more than kExpected.
+  void expect(std::span<EntityId const> ids) const;
+  static constexpr std::size_t kExpected = 16;
   // RETURNS null when no adapter has the id.
   Ptr<StreamAdapter> reactorDel(EntityId const& id);
   // REQUIRES: no other adapter has its id.

@@ -52,6 +52,21 @@ std::uint32_t In::earlyLength() const {
   return waiting() < kLengthBytes ? kHeaderBytes : loadNetwork24(next_);
 }
 
+std::size_t In::upcoming(std::span<EntityId> entities) const {
+  std::size_t count = 0;
+  unsigned char const* at = next_;
+  for (std::size_t i = 0; i < entities.size(); ++i) {
+    auto const there = static_cast<std::size_t>(back_ - at);
+    if (there < kFrameBytes) break;
+    std::size_t const frame = kLengthBytes + std::size_t{loadNetwork24(at)} + kChecksumBytes;
+    if (frame < kFrameBytes || frame > there) break;
+    auto const entity = EntityId::fromValue(loadNetwork<std::uint64_t>(at + kLengthBytes));
+    if (count == 0 || !(entities[count - 1] == entity)) entities[count++] = entity;
+    at += frame;
+  }
+  return count;
+}
+
 void In::received(std::size_t bytes) {
   require(bytes <= static_cast<std::size_t>(data_.get() + size_ - back_), "bytes <= space().size()",
           "Vyx/NboAttrLog/In", __LINE__);

@@ -42,8 +42,14 @@ public:
   // Ends the current message, read or not, and goes on to the next. RETURNS false while it isn't all there.
   // THROWS: ProtocolException for bytes that are no message, now and whenever it is called again.
   bool nextMessage();
+  // Looks at the next messages, `entities.size()` of them at most and no further than they are all there.
+  // Nothing of them is checked yet. Stores whom they are for, once where several in a row are for the same.
+  // RETURNS how many were stored.
+  std::size_t upcoming(std::span<EntityId> entities) const;
   // REQUIRES: a current message, here and with all readers.
   MsgHeader header() const;
+  // The same as header().messageClass.
+  std::uint32_t messageClass() const { return messageClassOf(form()); }
   // Of the current message, not of the section or bounded part that is being read.
   std::size_t payloadBytes() const { return static_cast<std::size_t>(next_ - begin_) - kChecksumBytes; }
 

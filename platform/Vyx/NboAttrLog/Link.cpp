@@ -215,9 +215,10 @@ void Link::handleMessages() {
 }
 
 void Link::handleMessage() {
-  MsgHeader const& header = in_->header();
-  if (header.messageClass == kControl && header.entityId.isNull() && header.attrId == kByeCode)
-    return handleBye();
+  if (in_->messageClass() == kControl) {
+    MsgHeader const header = in_->header();
+    if (header.entityId.isNull() && header.attrId == kByeCode) return handleBye();
+  }
   if (!receiver_) return;
   receiver_->onMessage(*this, *in_);
   if (state_ == State::open) in_->expectEnd();

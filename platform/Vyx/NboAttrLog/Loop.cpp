@@ -74,12 +74,12 @@ void Loop::collect() {
   }
 }
 
-int Loop::timeout(Instant limit) const {
+int Loop::timeout(Instant now, Instant limit) const {
   Instant until = limit;
   for (auto const& source : sources_) until = std::min(until, source->nextDeadline());
   if (!timers_.empty()) until = std::min(until, timers_.begin()->first.first);
   bool const isReady = std::any_of(polled_.begin(), polled_.end(), [](pollfd const& p) { return p.fd < 0; });
-  return isReady ? 0 : pollTimeout(until, Clock::now());
+  return isReady ? 0 : pollTimeout(until, now);
 }
 
 void Loop::serve() {
@@ -119,22 +119,21 @@ void Loop::runTimers(Instant now) {
 }
 
 void Loop::endTurn() {
-  std::vector<TimerId> ids;
-  for (auto const& [id, function] : turnEnds_) ids.push_back(id);
-  for (TimerId const id : ids) {
-    auto const found = turnEnds_.find(id);
-    if (found == turnEnds_.end()) continue;
-    Function const function = found->second;
+  TimerId const last = lastId_;
+  for (auto next = turnEnds_.begin(); next != turnEnds_.end() && next->first <= last;) {
+    TimerId const id = next->first;
+    Function const function = next->second; // Which may take itself away.
     function();
+    next = turnEnds_.upper_bound(id);
   }
   forEachSource([](Source& source) { source.turn(); });
   letGo();
 }
 
 void Loop::turn(Duration limit) {
-  Instant const until = after(Clock::now(), limit);
+  Instant const begun = Clock::now();
   collect();
-  if (::poll(polled_.data(), polled_.size(), timeout(until)) < 0) {
+  if (::poll(polled_.data(), polled_.size(), timeout(begun, after(begun, limit))) < 0) {
     for (pollfd& entry : polled_) entry.revents = 0;
   }
   if (polled_[0].revents != 0) {

@@ -62,7 +62,7 @@ private:
   template <class Call> void forEachSource(Call call);
   void letGo();
   void collect();
-  int timeout(Instant limit) const;
+  int timeout(Instant now, Instant limit) const;
   void serve();
   void serve(Source& source, pollfd const& found);
   void expire(Instant now);

@@ -142,10 +142,12 @@ private:
   [[noreturn]] void failClose(std::size_t length);
   [[noreturn]] void failToken() const;
 
+  // record_ and at_ don't stand side by side: a compiler would write both at once by way of a vector
+  // register, and the next message would have to wait for that.
   unsigned char* front_ = nullptr;
   unsigned char* record_ = nullptr;
+  unsigned char* limit_ = nullptr; // The end of the buffer.
   unsigned char* at_ = nullptr;
-  unsigned char* limit_ = nullptr;        // The end of the buffer.
   std::unique_ptr<unsigned char[]> data_; // Null until it is needed.
   std::uint32_t expectedLength_ = kNoRecord;
   std::uint32_t sectionAt_ = 0; // From the record's start; 0 outside of a section.

@@ -6,6 +6,7 @@
 #include "Vyx/VyxType.h"
 
 #include <algorithm>
+#include <array>
 
 namespace Vyx::NboAttrLog {
 
@@ -145,20 +146,27 @@ void Peer::allWritten() {
 
 void Peer::onRoom(Link&) { writeOwed(); }
 
+void Peer::lookAhead(In const& in) {
+  if (expected_-- != 0) return;
+  expected_ = Demuxer::kExpected - 1;
+  std::array<EntityId, Demuxer::kExpected> ids;
+  demuxer_->expect({ids.data(), in.upcoming(ids)});
+}
+
 void Peer::onMessage(Link&, In& in) {
-  auto const& header = in.header();
+  lookAhead(in);
+  MsgHeader const header = in.header();
   demuxer_->heardInc();
   if (header.messageClass == kControl)
     handleControl(in);
   else if (header.entityId == kOrphanEntityId && header.attrId == kOrphanAttrId)
     handleOrphan(in);
   else
-    handleEntity(in);
+    handleEntity(in, header);
   if (!demuxer_->failure().empty()) throwProtocolException(demuxer_->failure());
 }
 
-void Peer::handleEntity(In& in) {
-  auto const header = in.header();
+void Peer::handleEntity(In& in, MsgHeader const& header) {
   Ptr<StreamAdapter> const adapter(demuxer_->reactor(header.entityId));
   if (!adapter) {
     // Both sides may change a tree that is mounted for writing, so a message may come too late.

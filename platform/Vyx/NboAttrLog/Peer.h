@@ -92,7 +92,8 @@ private:
   bool mayBring() const;
   void handleRefused(In& in);
   void handleOrphan(In& in);
-  void handleEntity(In& in);
+  void handleEntity(In& in, MsgHeader const& header);
+  void lookAhead(In const& in);
   void give(Name const& path, Ptr<Entity> const& root, MountMode mode);
   void refuse(Name const& path, std::string const& words);
   void ask(Name const& path, MountMode mode);
@@ -112,6 +113,7 @@ private:
   Loop* loop_ = nullptr;
   std::uint64_t turnEnd_ = 0;
   bool isReady_ = false;
+  unsigned expected_ = 0; // How many of the coming messages the demuxer may know of.
   unsigned long long probes_ = 0;
   std::vector<Asked> asked_;          // By the other side, a path once; those without a root wait for one.
   std::map<Name, Ptr<Entity>> given_; // To the other side.
