@@ -44,7 +44,7 @@ template <int n, class Self, class Base> struct TestType {
     }
   };
   static Vyx::VyxType const* _fwkType() {
-    return frame::TypeRecord<Record, Base>::get(Zoo<n>::unit(), Self::shortName);
+    return frame::TypeRecord<Record, Base>::get(Zoo<n>::unit, Self::shortName);
   }
   static void define(Vyx::IntrospectionReactor& reactor, char const* fullName) {
     ++defined;
