@@ -5,8 +5,13 @@
 
 #include "Vyx/NboAttrLog/In.h"
 #include "Vyx/StreamAdapter.h"
+#include "replication/Attributes.h"
 
 namespace replication {
+
+template <class... Attrs> constexpr bool anyHasEnvelope(frame::AttributeList<Attrs...>) {
+  return (hasEnvelope<Attrs> || ...);
+}
 
 // Reads an envelope, if there is one; `knows` says whether the type has an attribute of that id, positive or
 // negated. RETURNS the id to go by.

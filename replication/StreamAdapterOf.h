@@ -65,7 +65,9 @@ public:
 
   // Reads one message and applies it; the base's attributes are the base's.
   void vyxApply(Vyx::AttributeId aid, Message const& message);
-  // Whether a newer writer may address the attribute by several ids.
+  // Whether the line has any attribute that a newer writer may address by several ids, and whether that is
+  // one.
+  static constexpr bool vyxReadsEnvelopes();
   static bool vyxKnowsInEnvelope(Vyx::AttributeId aid);
 
 protected:
@@ -174,6 +176,14 @@ template <class X> void StreamAdapterOf<X>::vyxApply(Vyx::AttributeId aid, Messa
   if (!done) Base::vyxApply(aid, message);
 }
 
+template <class X> constexpr bool StreamAdapterOf<X>::vyxReadsEnvelopes() {
+  if (anyHasEnvelope(typename Self::VyxReplicated())) return true;
+  if constexpr (kIsFirst)
+    return false;
+  else
+    return Base::vyxReadsEnvelopes();
+}
+
 template <class X> bool StreamAdapterOf<X>::vyxKnowsInEnvelope(Vyx::AttributeId aid) {
   bool knows = false;
   forEach(typename Self::VyxReplicated(), [&]<class Attr>(Attr const*) {
@@ -198,7 +208,7 @@ void StreamAdapterOf<X>::handleAttrDeserialization(Vyx::AttributeId aid, Options
       Vyx::throwInternalException(Vyx::String8("write-update from readonly proxy: ") + of().fullName());
   }
   Message message{*from, !in, n, options, 0};
-  aid = openEnvelope(aid, message, &vyxKnowsInEnvelope);
+  if constexpr (vyxReadsEnvelopes()) aid = openEnvelope(aid, message, &vyxKnowsInEnvelope);
   auto const demuxer = this->streamDemuxer();
   Vyx::Ptr<Vyx::NboAttrLog::FlowIn> const held(demuxer ? demuxer->flowIn(this->entityId()) : nullptr);
   vyxApply(aid, message);
