@@ -64,9 +64,8 @@ template <class Attr, class Sa> void applyText(Sa& adapter, Message const& messa
     if (flowIn || !demuxer) return;
     return Vyx::NboAttrLog::vyxFlowInIteratorIs(*demuxer->flowInIs(id), Attr::id, local);
   }
-  Vyx::String8 const text = at.text();
+  setValue<Attr>(entityOf(adapter), at.text());
   if (flowIn) demuxer->flowInDel(id);
-  setValue<Attr>(entityOf(adapter), text);
 }
 
 template <class Attr, class Sa> void applyMember(Sa& adapter, Message const& message) {
