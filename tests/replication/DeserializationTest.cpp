@@ -225,6 +225,7 @@ TEST_F(StatusReading, ReactorMayChangeTheTextThatHasJustBecomeWhole) {
   apply("00000183 01 00 63");
   EXPECT_EQ("mine", entity->nexthopGroup());
   EXPECT_EQ(nullptr, log.demuxer->flowIn(kMe));
+  EXPECT_EQ(0U, log.out->pendingBytes()); // Until the text has come to its end.
   EXPECT_TRUE(log.demuxer->runFlowOuts());
   EXPECT_EQ(hexOf(frameOf(std::string(kHead) + "00000183 01 01 6d696e65")), hexOf(log.sent()));
 }

@@ -179,7 +179,7 @@ TEST_F(NestedAdapterTest, AnnouncementThatHasCrossedTheOwnOneIsPassedOver) {
   auto const announcedAs = log.adapter(child)->entityId();
   log.message("8000000000000003 00000102 11 00000003 776562 00000001 0002 0003 00000001 0000000000000005");
   adapter->handleAttrDeserialization(258, {}, 0, nullptr);
-  EXPECT_EQ(child, container->fwdAction(id));
+  ASSERT_EQ(child, container->fwdAction(id));
   EXPECT_EQ(announcedAs, log.adapter(child)->entityId());
   EXPECT_TRUE(log.demuxer->wasGiven(EntityId(5, 0)));
 }
