@@ -28,7 +28,7 @@ public:
   // An X that a log announces; its constructor's values stand next in the message.
   Vyx::Ptr<Vyx::Entity> newEntity(Vyx::Ptr<Vyx::NboAttrLog::In> const& in, Vyx_BitSet, unsigned,
                                   Vyx::PtrInterface*) const override {
-    auto const values = replication::ValuesReader<typename X::VyxParameterTuple>::read(*in);
+    auto const values = replication::ValuesReader<typename X::VyxParameterTuple>::read(*in, in->demuxer());
     return std::apply([](auto const&... value) { return Vyx::make<X>(value...); }, values);
   }
 };

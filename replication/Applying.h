@@ -25,7 +25,7 @@ template <class Attr, class Sa> bool keepsOwn(Sa const& adapter) {
 }
 
 template <class Attr, class Sa> void applyScalar(Sa& adapter, Message const& message) {
-  auto const value = readValue<typename Attr::Type>(message.in);
+  auto const value = readValue<typename Attr::Type>(message.in, adapter.vyxDemuxer());
   message.in.expectEnd();
   if (message.isApplied)
     setValue<Attr>(entityOf(adapter), value);
@@ -64,14 +64,13 @@ template <class Attr, class Sa> void applyText(Sa& adapter, Message const& messa
     if (flowIn || !demuxer) return;
     return Vyx::NboAttrLog::vyxFlowInIteratorIs(*demuxer->flowInIs(id), Attr::id, local);
   }
-  Vyx::String8 const text = at.text();
+  setValue<Attr>(entityOf(adapter), at.text());
   if (flowIn) demuxer->flowInDel(id);
-  setValue<Attr>(entityOf(adapter), text);
 }
 
 template <class Attr, class Sa> void applyMember(Sa& adapter, Message const& message) {
-  auto const key = readValue<typename Attr::Key>(message.in);
-  auto const value = readValue<typename Attr::Type>(message.in);
+  auto const key = readValue<typename Attr::Key>(message.in, adapter.vyxDemuxer());
+  auto const value = readValue<typename Attr::Type>(message.in, adapter.vyxDemuxer());
   message.in.expectEnd();
   if (!message.isApplied) return Attr::tell(adapter, key);
   auto& of = entityOf(adapter);
@@ -85,7 +84,7 @@ template <class Attr, class Sa> void applyMember(Sa& adapter, Message const& mes
 
 // The key is that of the entity itself.
 template <class Attr, class Sa> void applyReferenceMember(Sa& adapter, Message const& message) {
-  auto const key = readValue<typename Attr::Key>(message.in);
+  auto const key = readValue<typename Attr::Key>(message.in, adapter.vyxDemuxer());
   auto const value = readEntity<typename Attr::Type::element_type>(message.in);
   message.in.expectEnd();
   if (!message.isApplied) return Attr::tell(adapter, key);
@@ -100,7 +99,7 @@ template <class Attr, class Sa> void applyReferenceMember(Sa& adapter, Message c
 // is out of date.
 template <class Attr, class Sa> void applyQueued(Sa& adapter, Message const& message) {
   unsigned const key = message.in.nextU32();
-  auto const value = readValue<typename Attr::Type>(message.in);
+  auto const value = readValue<typename Attr::Type>(message.in, adapter.vyxDemuxer());
   message.in.expectEnd();
   if (!message.isApplied) return Attr::tell(adapter, key);
   if (keepsOwn<Attr>(adapter)) return;
@@ -116,7 +115,7 @@ template <class Attr, class Sa> void applyQueued(Sa& adapter, Message const& mes
 }
 
 template <class Attr, class Sa> void applyMemberRemoval(Sa& adapter, Message const& message) {
-  auto const key = readValue<typename Attr::Key>(message.in);
+  auto const key = readValue<typename Attr::Key>(message.in, adapter.vyxDemuxer());
   message.in.expectEnd();
   if (!message.isApplied) return Attr::tell(adapter, key);
   auto& of = entityOf(adapter);
@@ -212,7 +211,7 @@ inline bool isLate(StreamAdapter const& adapter, Vyx::EntityId const& coming) {
 template <class Attr, class Sa> void applyAnnouncement(Sa& adapter, Message const& message) {
   using Values = decltype(constructorValues<Attr>(std::declval<typename Attr::ChildType const&>()));
   In& in = message.in;
-  auto const values = ValuesReader<Values>::read(in);
+  auto const values = ValuesReader<Values>::read(in, adapter.vyxDemuxer());
   if (message.bodyOffset != 0) in.positionIs(message.bodyOffset);
   std::size_t const position = in.position();
   Vyx::EntityId const id = in.nextEntityId();

@@ -105,15 +105,23 @@ template <class Attr, class Sa> void keyedChildChanged(Sa& parent, typename Attr
   childChanged<Attr>(parent, child, key);
 }
 
-// Calls `each` with every child of the entity under that attribute, although they may come and go meanwhile.
+// Calls `each` with every child of the entity under that attribute, and anew with all of them when one has
+// come or gone meanwhile.
 template <class Attr, class Each> void forEachChild(typename Attr::Owner& of, Each const& each) {
   auto& field = Attr::field(of);
   if constexpr (kKind<Attr> == Kind::child) {
     if (field) each(Vyx::Ptr<typename Attr::ChildType>(field));
   } else {
     using Map = std::remove_reference_t<decltype(field)>;
-    for (typename Map::IteratorConst at(field); at; ++at)
+    auto const begin = [&] { return typename Map::IteratorConst(field); };
+    for (auto at = begin(); at;) {
+      auto const version = field.version();
       each(Vyx::Ptr<typename Attr::ChildType>(at.member().ptr()));
+      if (field.version() == version)
+        ++at;
+      else
+        at = begin();
+    }
   }
 }
 

@@ -5,10 +5,15 @@
 
 #include "Vyx/NboAttrLog/In.h"
 #include "Vyx/StreamAdapter.h"
+#include "replication/Attributes.h"
 
 namespace replication {
 
 inline bool isEnvelope(Vyx::AttributeId aid) { return aid == Vyx::kEnvelopeId || aid == -Vyx::kEnvelopeId; }
+
+template <class... Attrs> constexpr bool anyHasEnvelope(frame::AttributeList<Attrs...>) {
+  return (hasEnvelope<Attrs> || ...);
+}
 
 // Reads an envelope; `knows` says whether the type has an attribute of that id, positive or negated. RETURNS
 // the id to go by.

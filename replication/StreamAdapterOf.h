@@ -65,7 +65,9 @@ public:
 
   // Reads one message and applies it; the base's attributes are the base's.
   void vyxApply(Vyx::AttributeId aid, Message const& message);
-  // Whether a newer writer may address the attribute by several ids.
+  // Whether the line has any attribute that a newer writer may address by several ids, and whether that is
+  // one.
+  static constexpr bool vyxReadsEnvelopes();
   static bool vyxKnowsInEnvelope(Vyx::AttributeId aid);
 
 protected:
@@ -176,6 +178,14 @@ template <class X> void StreamAdapterOf<X>::vyxApply(Vyx::AttributeId aid, Messa
   if (!done) Base::vyxApply(aid, message);
 }
 
+template <class X> constexpr bool StreamAdapterOf<X>::vyxReadsEnvelopes() {
+  if (anyHasEnvelope(typename Self::VyxReplicated())) return true;
+  if constexpr (kIsFirst)
+    return false;
+  else
+    return Base::vyxReadsEnvelopes();
+}
+
 template <class X> bool StreamAdapterOf<X>::vyxKnowsInEnvelope(Vyx::AttributeId aid) {
   bool knows = false;
   forEach(typename Self::VyxReplicated(), [&]<class Attr>(Attr const*) {
@@ -201,7 +211,8 @@ void StreamAdapterOf<X>::handleAttrDeserialization(Vyx::AttributeId aid, Options
       Vyx::throwInternalException(Vyx::String8("write-update from readonly proxy: ") + of().fullName());
   }
   Message message{*from, !in, n, options, 0};
-  if (isEnvelope(aid)) aid = openEnvelope(aid, message, &vyxKnowsInEnvelope);
+  if constexpr (vyxReadsEnvelopes())
+    if (isEnvelope(aid)) aid = openEnvelope(aid, message, &vyxKnowsInEnvelope);
   Vyx::Ptr<Vyx::NboAttrLog::FlowIn> held;
   if (this->vyxHasFlowIn() && this->vyxDemuxer()) held = this->vyxDemuxer()->flowIn(this->entityId());
   vyxApply(aid, message);

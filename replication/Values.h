@@ -10,27 +10,28 @@
 
 namespace replication {
 
+using Vyx::NboAttrLog::Demuxer;
 using Vyx::NboAttrLog::In;
 
 // An enumeration E has, found beside it, `E vyxInstance(E const*, unsigned number)`, which raises a range
-// exception for a number that is no enumerator. A newer writer's is no error: it is counted, and its number
-// is kept.
-template <class E> E readEnumeration(In& in) {
+// exception for a number that is no enumerator. A newer writer's is no error: `counts`, which may be null,
+// counts it, and its number is kept.
+template <class E> E readEnumeration(In& in, Demuxer* counts) {
   unsigned const number = in.nextU32();
   try {
     Vyx::Expect const expect(Vyx::Exception::kRange);
     return vyxInstance(static_cast<E const*>(nullptr), number);
   } catch (Vyx::RangeException const&) {
-    if (in.demuxer()) in.demuxer()->unknownEnumsInc(1);
+    if (counts) counts->unknownEnumsInc(1);
     return static_cast<E>(number);
   }
 }
 
 // THROWS: ProtocolException for a message that is too short; what the type raises for a value that it
 // doesn't hold.
-template <class T> T readValue(In& in) {
+template <class T> T readValue(In& in, [[maybe_unused]] Demuxer* counts) {
   if constexpr (std::is_enum_v<T>) {
-    return readEnumeration<T>(in);
+    return readEnumeration<T>(in, counts);
   } else {
     T value = Vyx::NboAttrLog::read<T>(in);
     if constexpr (requires { value.check(); }) value.check();
@@ -41,7 +42,9 @@ template <class T> T readValue(In& in) {
 template <class Tuple> struct ValuesReader;
 template <class... T> struct ValuesReader<std::tuple<T...>> {
   // ORDER: that of the tuple.
-  static std::tuple<T...> read([[maybe_unused]] In& in) { return {readValue<T>(in)...}; }
+  static std::tuple<T...> read([[maybe_unused]] In& in, [[maybe_unused]] Demuxer* counts) {
+    return {readValue<T>(in, counts)...};
+  }
 };
 
 // RETURNS the entity of the number that stands next: null for 0.

@@ -202,8 +202,9 @@ void AdapterEmitter::childOperations(Attribute const& attribute) {
   auto const adapter = "Vyx::Ptr<" + cpp_.name(*attribute.type) + "::" + kAdapter + ">";
   auto const stem = attribute.name + "NboAttrLogAdapter";
   out_.line("// Nobody finds a child's adapter by this: it is asked of the child.");
-  operation("", adapter, stem + "(" + child + " const&)", "return {};");
-  operation("", adapter, stem + "(" + child + " const&) const", "return {};");
+  auto const asked = cpp_.pointer(*attribute.type, true);
+  operation("", adapter, stem + "(" + asked + " const&)", "return {};");
+  operation("", adapter, stem + "(" + asked + " const&) const", "return {};");
   operation("", adapter,
             stem + "Is(Vyx_BitSet flags, " + child +
                 " const& child, unsigned int options, Log const& out, Vyx::PtrInterface* channelEntry)",

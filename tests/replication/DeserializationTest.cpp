@@ -1,57 +1,13 @@
 // What a message does to the entity that it is about.
 
-#include "OneLog.h"
+#include "Reading.h"
 
-#include "Pbr/ConfigSa.h"
-#include "Pbr/PbrActionContainerSa.h"
-#include "Pbr/PbrActionSetDscpSa.h"
-#include "Pbr/PbrClassMapStatusSa.h"
-#include "Pbr/PbrFwdActionSa.h"
+#include "Pbr/NexthopIndexAndL2AdjKeySa.h"
 #include "PolicyMap/ClassMapTypeConfigSa.h"
 #include "Vyx/MsgChannel.h"
 
 namespace replication_test {
 namespace {
-
-// The held entity, its child, and another child; attributes of one message each.
-EntityId const kMe = EntityId::fromValue(0x8000000000000003);
-EntityId const kChild = EntityId::fromValue(0x8000000000000005);
-EntityId const kOther = EntityId::fromValue(0x8000000000000007);
-constexpr char const* kHead = "8000000000000003";
-constexpr char const* kAddress = "00000004 0a000001 00000000 00000000 00000000";
-constexpr char const* kId = "00000001 0002 0003";
-Kest::UniqueId const id(1, 2, 3);
-Lomu::IpGenAddr const address("10.0.0.1");
-
-// An end that reads, and a second log that only brings messages.
-template <class X> class ReadingTest : public testing::Test {
-protected:
-  using Sa = typename X::VyxNboAttrLogSa;
-  explicit ReadingTest(Ptr<X> made)
-      : entity(std::move(made)), adapter(log.joinAs(entity, kMe, directFlags())) {}
-
-  void apply(std::string const& attributeFormPayload) { receive(log, attributeFormPayload, nullptr); }
-  // Reads it all the same, from another log, but writes the own value instead.
-  void drain(std::string const& attributeFormPayload) { receive(source, attributeFormPayload, source.in); }
-
-  LogEnd log{Demuxer::connecting};
-  LogEnd source{Demuxer::connecting};
-  Ptr<X> entity;
-  Ptr<Sa> adapter;
-
-private:
-  void receive(LogEnd& from, std::string const& attributeFormPayload, Ptr<In> const& in) {
-    from.message(kHead + attributeFormPayload);
-    auto const size = static_cast<unsigned>(from.in->payloadBytes());
-    adapter->handleAttrDeserialization(from.in->header().attrId, {}, size, in);
-    EXPECT_EQ(0U, from.in->remaining());
-  }
-};
-
-class ActionReading : public ReadingTest<Pbr::PbrFwdAction> {
-protected:
-  ActionReading() : ReadingTest(Pbr::pbrFwdActionFactory("web", id, Pbr::nexthopAction)) {}
-};
 
 // Applying and draining.
 
@@ -81,6 +37,20 @@ TEST_F(ActionReading, EachAttributeIsDrainedAndTheOwnValueWrittenInstead) {
   EXPECT_FALSE(entity->recursive());
   EXPECT_EQ("", entity->nexthopGroup());
   EXPECT_EQ("6 -387 -387 388 389", log.told());
+}
+
+// A derived adapter's reaction runs in place of the one that it overrides.
+TEST_F(ActionReading, DrainGoesThroughTheTable) {
+  struct Counting : Pbr::PbrFwdAction::VyxNboAttrLogSa {
+    using VyxNboAttrLogSa::VyxNboAttrLogSa;
+    void onRecursive() override { ++calls; }
+    int calls = 0;
+  };
+  auto const counting = Vyx::make<Counting>(directFlags(), entity, 0U, log.out, nullptr);
+  source.message(std::string(kHead) + "00000184 02 01");
+  counting->handleAttrDeserialization(388, {}, 1, source.in);
+  EXPECT_EQ(1, counting->calls);
+  EXPECT_EQ("", log.told());
 }
 
 TEST_F(ActionReading, RemovalOfAnAbsentKeyDoesNothing) {
@@ -175,17 +145,25 @@ TEST_F(ActionReading, AfterAFailureIsActiveIsClear) {
 
 // Enumerators and code points.
 
-class StatusReading : public ReadingTest<Pbr::PbrClassMapStatus> {
-protected:
-  StatusReading() : ReadingTest(Pbr::pbrClassMapStatusFactory("web", id)) {}
-};
-
 TEST_F(StatusReading, UnknownEnumeratorIsCountedAndItsNumberKept) {
   apply("00000182 01 00000063");
   EXPECT_EQ(99, static_cast<int>(entity->actionType()));
   EXPECT_EQ(1U, log.demuxer->unknownEnums());
   apply("00000182 01 00000002");
   EXPECT_EQ(1U, log.demuxer->unknownEnums());
+}
+
+TEST_F(StatusReading, DrainedUnknownEnumeratorIsCountedOnTheOwnLog) {
+  drain("00000182 01 00000063");
+  EXPECT_EQ(1U, log.demuxer->unknownEnums());
+  EXPECT_EQ(0U, source.demuxer->unknownEnums());
+}
+
+TEST_F(StatusReading, DrainedReferenceIsReadAndTheOwnWritten) {
+  source.joinAs(Pbr::nexthopIndexAndL2AdjKeyFactory(Pbr::NexthopSet()), kChild);
+  drain("00000184 01 8000000000000005");
+  EXPECT_FALSE(entity->nexthopIndexAndL2AdjKey());
+  EXPECT_EQ("388", log.told());
 }
 
 TEST_F(StatusReading, ReferenceToAnUnknownEntityIsRefused) {
@@ -226,6 +204,32 @@ TEST_F(StatusReading, MessageWithoutPayloadIsTheEmptyText) {
   EXPECT_EQ("", entity->nexthopGroup());
 }
 
+TEST_F(StatusReading, MessageWithoutPayloadEndsATextThatWasComing) {
+  entity->nexthopGroupIs("old");
+  apply("00000183 01 03 6162");
+  apply("00000183 01");
+  EXPECT_EQ("", entity->nexthopGroup());
+  EXPECT_EQ(nullptr, log.demuxer->flowIn(kMe));
+}
+
+// Changes a text that has come.
+struct Replacing : Pbr::PbrClassMapStatus::Notifiee {
+  void onNexthopGroup() override { notifier()->nexthopGroupIs("mine"); }
+};
+
+TEST_F(StatusReading, ReactorMayChangeTheTextThatHasJustBecomeWhole) {
+  auto const replacing = Vyx::ptrFromNew(new Replacing);
+  replacing->isRegisteredNotifieeIs(true);
+  replacing->notifierIs(entity);
+  apply("00000183 01 03 6162");
+  apply("00000183 01 00 63");
+  EXPECT_EQ("mine", entity->nexthopGroup());
+  EXPECT_EQ(nullptr, log.demuxer->flowIn(kMe));
+  EXPECT_EQ(0U, log.out->pendingBytes()); // Until the text has come to its end.
+  EXPECT_TRUE(log.demuxer->runFlowOuts());
+  EXPECT_EQ(hexOf(frameOf(std::string(kHead) + "00000183 01 01 6d696e65")), hexOf(log.sent()));
+}
+
 TEST_F(StatusReading, FirstPieceBeginsAnew) {
   apply("00000183 01 03 6162");
   apply("00000183 01 01 78");
@@ -251,19 +255,6 @@ TEST_F(StatusReading, SecondStoredTextAborts) {
 }
 
 // Children.
-
-class ContainerReading : public ReadingTest<Pbr::PbrActionContainer> {
-protected:
-  ContainerReading() : ReadingTest(Pbr::pbrActionContainerFactory("Pbr")) {}
-
-  static std::string announced(char const* type, char const* as) {
-    return "00000102 11 00000003 776562" + std::string(kId) + type + as;
-  }
-  static constexpr char const* kNexthop = "00000002";
-  static constexpr char const* kDrop = "00000001";
-  static constexpr char const* kFive = "8000000000000005";
-  static constexpr char const* kSeven = "8000000000000007";
-};
 
 TEST_F(ContainerReading, AnnouncedChildTakesTheWritersIdAndIsNotAnnouncedBack) {
   apply(announced(kNexthop, kFive));
@@ -374,6 +365,21 @@ TEST_F(ContainerReading, ConstrainerKnowsIdAndParentWhileTheChildIsMade) {
   Vyx::MsgChannel::constrainerIs(nullptr);
 }
 
+TEST(EidAnchor, NestedAnchorsRestoreWhatWasThere) {
+  Vyx::MsgChannel::constrainerIs(Vyx::ptrFromNew(new Vyx::MsgChannel::Constrainer));
+  auto const& constrainer = Vyx::MsgChannel::constrainer();
+  Ptr<Pbr::Config> const parent = Pbr::configFactory("pbr");
+  {
+    Vyx::MsgChannel::DeserializingEidAnchor const outer(kChild, parent.ptr());
+    { Vyx::MsgChannel::DeserializingEidAnchor const inner(kOther, nullptr); }
+    EXPECT_EQ(kChild, constrainer->deserializingEid());
+    EXPECT_EQ(parent.ptr(), constrainer->deserializingInParent());
+  }
+  EXPECT_EQ(EntityId(), constrainer->deserializingEid());
+  EXPECT_EQ(nullptr, constrainer->deserializingInParent());
+  Vyx::MsgChannel::constrainerIs(nullptr);
+}
+
 TEST(ChannelReading, AnnouncementSetsTheModeOfTheEntry) {
   LogEnd log(Demuxer::connecting);
   Ptr<Pbr::PbrActionContainer> const container = Pbr::pbrActionContainerFactory("Pbr");
@@ -387,11 +393,6 @@ TEST(ChannelReading, AnnouncementSetsTheModeOfTheEntry) {
   adapter->handleAttrDeserialization(135, {}, 4, nullptr);
   EXPECT_EQ(3, entry->mode());
 }
-
-class ConfigReading : public ReadingTest<Pbr::Config> {
-protected:
-  ConfigReading() : ReadingTest(Pbr::configFactory("pbr")) {}
-};
 
 TEST_F(ConfigReading, SingleChildThatStoodThereIsJoinedToItsId) {
   auto const child = entity->cmapType();
@@ -408,6 +409,15 @@ TEST_F(ConfigReading, SingleChildOfAnotherIdIsReplaced) {
   EXPECT_EQ(kOther, log.adapter(entity->cmapType())->entityId());
 }
 
+TEST_F(ConfigReading, DrainedSingleChildIsNotTouchedAndTheOwnOneAnnounced) {
+  auto const child = entity->cmapType();
+  drain("00000106 11 00000003 506272 8000000000000005");
+  EXPECT_EQ(child, entity->cmapType());
+  ASSERT_TRUE(log.adapter(child));
+  EXPECT_NE(kChild, log.adapter(child)->entityId());
+  EXPECT_EQ(0U, log.told().find("262+ "));
+}
+
 TEST_F(ConfigReading, RemovalOfASingleChildHasNoPayload) {
   drain("fffffefa 00");
   EXPECT_TRUE(entity->cmapType());
@@ -415,41 +425,6 @@ TEST_F(ConfigReading, RemovalOfASingleChildHasNoPayload) {
   apply("fffffefa 00");
   EXPECT_FALSE(entity->cmapType());
   EXPECT_EQ("", log.told());
-}
-
-// The envelope: where its list ends, where the entity id stands, the ids, newest first; a word; the payload.
-
-TEST_F(ContainerReading, EnvelopesFirstKnownIdCounts) {
-  apply("00000090 11 0010 0000 00000999 00000102 00000103" // The list ends at 16.
-        "00000000 00000003 776562" +
-        std::string(kId) + kNexthop + kFive);
-  EXPECT_TRUE(entity->fwdAction(id));
-}
-
-TEST_F(ContainerReading, EnvelopeSkipsConstructorValuesOfANewerWriter) {
-  // 8 for the list, 4 for the word, 7 + 8 + 4 for the values, 5 that are new.
-  apply("00000090 11 0008 0024 00000102 00000000 00000003 776562" + std::string(kId) + kNexthop +
-        "aabbccddee" + kFive);
-  EXPECT_EQ(kChild, log.adapter(entity->fwdAction(id))->entityId());
-}
-
-TEST_F(ContainerReading, EnvelopeOfARemovalHasNoWord) {
-  apply(announced(kNexthop, kFive));
-  apply("ffffff70 01 0008 0000 fffffefe" + std::string(kId));
-  EXPECT_EQ(0U, entity->fwdActions());
-}
-
-TEST_F(ContainerReading, EnvelopeWithoutAKnownIdGoesToTheRuntime) {
-  log.message(std::string(kHead) + "00000090 01 0008 0000 00000999 0000abcd 11");
-  EXPECT_EQ("attribute 144 is unknown to Pbr::PbrActionContainer", refusal<Vyx::ProtocolException>([&] {
-              adapter->handleAttrDeserialization(144, {}, 0, nullptr);
-            }));
-  EXPECT_EQ(12U, log.in->position());
-  log.message(std::string(kHead) + "ffffff70 01 0008 0000 00000999 0000abcd 11");
-  EXPECT_EQ("attribute -144 is unknown to Pbr::PbrActionContainer", refusal<Vyx::ProtocolException>([&] {
-              adapter->handleAttrDeserialization(-144, {}, 0, nullptr);
-            }));
-  EXPECT_EQ(8U, log.in->position());
 }
 
 } // namespace

@@ -45,6 +45,9 @@ TEST_F(NestedAdapterTest, NobodyFindsAChildsAdapterThroughTheParent) {
   EXPECT_FALSE(adapter->fwdActionNboAttrLogAdapter(child));
   auto const& constant = *adapter;
   EXPECT_FALSE(constant.fwdActionNboAttrLogAdapter(child));
+  Ptr<Pbr::PbrFwdAction const> const looker = child; // Who may only look can ask, too.
+  EXPECT_FALSE(adapter->fwdActionNboAttrLogAdapter(looker));
+  EXPECT_FALSE(constant.fwdActionNboAttrLogAdapter(looker));
 }
 
 TEST_F(NestedAdapterTest, AdapterIsMadeNamedAndAnnouncedAlone) {
@@ -161,6 +164,111 @@ TEST_F(NestedAdapterTest, ParentWithoutAnIdOfItsOwnLeavesItInTheMessage) {
   EXPECT_EQ(unnamed->entityId(), log.in->nextEntityId());
   nameless->fwdActionDel(id);
   unnamed->doRemountSelf(nullptr);
+}
+
+TEST_F(NestedAdapterTest, ParentWithAnIdLeavesTheMessageAsItCame) {
+  log.message("8000000000000003 00000102 11 00000003 776562 00000001 0002 0003 00000002 0000000000000005");
+  adapter->handleAttrDeserialization(258, {}, 0, nullptr);
+  log.in->positionIs(19);
+  EXPECT_EQ(EntityId(5, 0), log.in->nextEntityId());
+}
+
+// The other side replaces its own, so both have the same child under the same id.
+TEST_F(NestedAdapterTest, AnnouncementThatHasCrossedTheOwnOneIsPassedOver) {
+  auto const child = container->fwdActionIs("web", id, Pbr::nexthopAction);
+  auto const announcedAs = log.adapter(child)->entityId();
+  log.message("8000000000000003 00000102 11 00000003 776562 00000001 0002 0003 00000001 0000000000000005");
+  adapter->handleAttrDeserialization(258, {}, 0, nullptr);
+  ASSERT_EQ(child, container->fwdAction(id));
+  EXPECT_EQ(announcedAs, log.adapter(child)->entityId());
+  EXPECT_TRUE(log.demuxer->wasGiven(EntityId(5, 0)));
+}
+
+TEST_F(NestedAdapterTest, FailureWhileAChildIsJoinedLeavesNothingOwedAndIsActiveClear) {
+  log.message("8000000000000003 00000102 11 8000000000000003");
+  adapter->flagIs(StreamAdapter::isActiveFlag, true);
+  container->fwdActionIs("web", id, Pbr::nexthopAction);
+  EXPECT_EQ("entity id 8000000000000003 is in use", log.demuxer->failure());
+  EXPECT_FALSE(adapter->flag(StreamAdapter::isActiveFlag));
+  EXPECT_FALSE(adapter->flowOut());
+}
+
+TEST_F(NestedAdapterTest, RelayedSyncModeAnnouncesNoChild) {
+  adapter->flagIs(StreamAdapter::syncRelayFlag, true);
+  auto const child = container->fwdActionIs("web", id, Pbr::nexthopAction);
+  EXPECT_FALSE(log.adapter(child));
+  EXPECT_EQ("", log.told());
+}
+
+TEST_F(NestedAdapterTest, IncomingTransactionAnnouncesNoChildBeforeItsEnd) {
+  adapter->handleAttrTransaction(258, StreamAdapter::attrTransactionBegin, 0);
+  auto const child = container->fwdActionIs("web", id, Pbr::nexthopAction);
+  EXPECT_EQ("", log.told());
+  adapter->handleAttrTransaction(258, StreamAdapter::attrTransactionEnd, 0);
+  EXPECT_EQ(child, container->fwdAction(id));
+  EXPECT_TRUE(log.demuxer->runFlowOuts());
+  EXPECT_EQ("258.0 258+ 6 387.0 387.2 388 389 258.2", log.told());
+}
+
+TEST_F(NestedAdapterTest, WithoutRoomAChildIsOwed) {
+  log.fill();
+  auto const child = container->fwdActionIs("web", id, Pbr::nexthopAction);
+  EXPECT_EQ("", log.told());
+  EXPECT_FALSE(log.adapter(child));
+  EXPECT_TRUE(log.demuxer->runFlowOuts());
+  EXPECT_EQ("258.0 258+ 6 387.0 387.2 388 389 258.2", log.told());
+}
+
+TEST_F(NestedAdapterTest, RemovedSingleChildIsOwedWithoutRoom) {
+  Ptr<Pbr::Config> const config = Pbr::configFactory("pbr");
+  log.join(config);
+  log.fill();
+  config->cmapTypeDel();
+  EXPECT_EQ("", log.told());
+  EXPECT_TRUE(log.demuxer->runFlowOuts());
+  EXPECT_EQ("-262", log.told());
+}
+
+// Leaving the log.
+
+// Does something more when it leaves the log.
+struct Leaving : Pbr::PbrFwdAction::VyxNboAttrLogSa {
+  using VyxNboAttrLogSa::VyxNboAttrLogSa;
+  void doRemountSelf(Ptr<Out> const& out) override {
+    VyxNboAttrLogSa::doRemountSelf(out);
+    if (auto const once = std::exchange(leave, nullptr)) once();
+  }
+  std::function<void()> leave;
+};
+
+class LeavingTest : public NestedAdapterTest {
+protected:
+  Ptr<Leaving> leaving() {
+    auto const made = Vyx::make<Leaving>(directFlags(), silentChild(), 0U, log.out, nullptr);
+    made->hasNotificationActiveIs(true);
+    made->vyxOnInit();
+    return made;
+  }
+};
+
+TEST_F(LeavingTest, RemountGoesFromParentToChild) {
+  auto const child = leaving();
+  bool parentIsThere = true;
+  child->leave = [&] { parentIsThere = log.demuxer->reactor(adapter->entityId()); };
+  adapter->doRemountSelf(nullptr);
+  EXPECT_FALSE(parentIsThere);
+  EXPECT_EQ(0U, log.demuxer->reactors().count());
+}
+
+TEST_F(LeavingTest, ChildThatComesDuringTheRemountLeavesTooWhereverItStands) {
+  auto const child = leaving();
+  child->leave = [&] {
+    for (std::uint16_t i = 10; i < 60; ++i)
+      log.join(container->fwdActionIs("late", Kest::UniqueId(i, 0, i), Pbr::nexthopAction));
+  };
+  adapter->doRemountSelf(nullptr);
+  EXPECT_EQ(51U, container->fwdActions());
+  EXPECT_EQ(0U, log.demuxer->reactors().count());
 }
 
 // Walks and resync.

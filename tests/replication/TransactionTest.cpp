@@ -1,52 +1,22 @@
-// Mark and sweep between the markers of a walk, the sync mode, and what is freed when a flow out is given up.
+// Mark and sweep between the markers of a walk, what is freed when a flow out is given up, and leaving a log.
 
-#include "OneLog.h"
+#include "Transacting.h"
 
+#include "Pbr/CheckpointAgentStatusSa.h"
+#include "Pbr/CheckpointStatusSa.h"
 #include "Pbr/ClassMapCheckpointStatusSa.h"
 #include "Pbr/ConfigSa.h"
 #include "Pbr/NexthopIndexAndL2AdjKeySa.h"
 #include "Pbr/PbrAclCheckpointStatusSa.h"
-#include "Pbr/PbrActionContainerSa.h"
-#include "Pbr/PbrActionSetDscpSa.h"
+#include "Pbr/PbrAclTypeCheckpointStatusSa.h"
 #include "Pbr/PbrClassMapStatusSa.h"
-#include "Pbr/PbrFwdActionSa.h"
-#include "PolicyMap/ClassMapTypeConfigSa.h"
-#include "PolicyMap/PolicyMapTypeConfigSa.h"
-#include "Vyx/Dir.h"
+#include "Pbr/PolicyMapCheckpointStatusSa.h"
+#include "Pbr/StatusSa.h"
 
 namespace replication_test {
 namespace {
 
-constexpr auto kBegin = StreamAdapter::attrTransactionBegin;
-constexpr auto kAbort = StreamAdapter::attrTransactionAbort;
-constexpr auto kEnd = StreamAdapter::attrTransactionEnd;
-EntityId const kMe = EntityId::fromValue(0x8000000000000003);
-Kest::UniqueId const id(1, 2, 3);
-Kest::UniqueId const otherId(4, 5, 6);
-Lomu::IpGenAddr const one("10.0.0.1");
-Lomu::IpGenAddr const two("10.0.0.2");
-
 // Values.
-
-class TransactionTest : public testing::Test {
-protected:
-  TransactionTest() : adapter(log.joinAs(action, kMe, directFlags())) {
-    adapter->flagIs(StreamAdapter::outAttachedFlag, false);
-    action->nexthopIs(one, true);
-    action->nexthopIs(two, true);
-    adapter->flagIs(StreamAdapter::outAttachedFlag, true);
-  }
-  bool isMarked(Lomu::IpGenAddr const& key) { return action->nexthopIterator(key)->vyxMarkedForDeletion(); }
-  void transact(StreamAdapter::AttrTransactionType type) { adapter->handleAttrTransaction(387, type, 0); }
-  void messageFor(std::string const& lastByte) {
-    log.message("8000000000000003 00000183 01 00000004 0a0000" + lastByte + " 00000000 00000000 00000000 01");
-    adapter->handleAttrDeserialization(387, {}, 21, nullptr);
-  }
-
-  LogEnd log{Demuxer::connecting};
-  Ptr<Pbr::PbrFwdAction> action = Pbr::pbrFwdActionFactory("web", id, Pbr::nexthopAction);
-  Ptr<Pbr::PbrFwdAction::VyxNboAttrLogSa> adapter;
-};
 
 TEST_F(TransactionTest, BeginAndEndOfAnEmptyCollectionDoNothing) {
   action->nexthopDelAll();
@@ -176,25 +146,6 @@ TEST(ValueTransactions, SweepTheOtherCollectionsOfValuesToo) {
 
 // Children.
 
-class ChildTransactionTest : public testing::Test {
-protected:
-  ChildTransactionTest() : adapter(log.join(container)) {
-    child = container->fwdActionIs("web", id, Pbr::nexthopAction);
-    other = container->fwdActionIs("mail", otherId, Pbr::nexthopAction);
-    log.sent();
-  }
-  bool isMarked(Ptr<Pbr::PbrFwdAction> const& of) {
-    return log.adapter(of)->flag(StreamAdapter::flowOutHeldFlag);
-  }
-  void transact(StreamAdapter::AttrTransactionType type) { adapter->handleAttrTransaction(258, type, 0); }
-
-  LogEnd log;
-  Ptr<Pbr::PbrActionContainer> container = Pbr::pbrActionContainerFactory("Pbr");
-  Ptr<Pbr::PbrActionContainer::VyxNboAttrLogSa> adapter;
-  Ptr<Pbr::PbrFwdAction> child;
-  Ptr<Pbr::PbrFwdAction> other;
-};
-
 TEST_F(ChildTransactionTest, BeginMarksTheAdaptersAndEndDeletesWhatIsMarked) {
   transact(kBegin);
   EXPECT_TRUE(isMarked(child) && isMarked(other));
@@ -204,6 +155,68 @@ TEST_F(ChildTransactionTest, BeginMarksTheAdaptersAndEndDeletesWhatIsMarked) {
   EXPECT_EQ(other, container->fwdAction(otherId));
   EXPECT_EQ("", log.told());
   EXPECT_FALSE(adapter->flag(StreamAdapter::isActiveFlag));
+}
+
+TEST_F(ChildTransactionTest, ChildAnnouncedWithinATransactionStays) {
+  transact(kBegin);
+  log.message(Vyx::format("%016llx 00000102 11 00000004 6d61696c 00000004 0005 0006 00000002 %016llx",
+                          adapter->entityId().value(), log.adapter(other)->entityId().value())
+                  .charPtr());
+  adapter->handleAttrDeserialization(258, {}, 0, nullptr);
+  EXPECT_FALSE(isMarked(other));
+  transact(kEnd);
+  EXPECT_FALSE(container->fwdAction(id));
+  EXPECT_EQ(other, container->fwdAction(otherId));
+}
+
+// Some of those that come stand before the place where the sweep is.
+TEST_F(ChildTransactionTest, ChildWithoutAnAdapterThatComesDuringTheSweepGoesToo) {
+  struct Adding : Pbr::PbrActionContainer::Notifiee {
+    void onFwdAction(Kest::UniqueId const&) override {
+      for (std::uint16_t i = 10; i < 60 && !isDone; ++i)
+        notifier()->fwdActionIs("late", Kest::UniqueId(i, 0, i), Pbr::nexthopAction);
+      isDone = true;
+    }
+    bool isDone = false;
+  };
+  adapter->flagIs(StreamAdapter::outAttachedFlag, false);
+  transact(kBegin);
+  auto const adding = Vyx::ptrFromNew(new Adding);
+  adding->isRegisteredNotifieeIs(true);
+  adding->notifierIs(container);
+  transact(kEnd);
+  EXPECT_TRUE(adding->isDone);
+  EXPECT_EQ(0U, container->fwdActions());
+}
+
+// A child under that attribute, known to the other side.
+template <class P, class C>
+void expectMarkedAndSwept(Ptr<P> const& parent, Vyx::AttributeId aid, Ptr<C> const& child) {
+  LogEnd log;
+  auto const above = log.join(parent);
+  auto const there = log.join(child);
+  above->handleAttrTransaction(aid, kBegin, 0);
+  EXPECT_TRUE(there->flag(StreamAdapter::flowOutHeldFlag)) << aid;
+  above->handleAttrTransaction(aid, kEnd, 0);
+  EXPECT_EQ(1U, log.demuxer->reactors().count()) << aid;
+  EXPECT_FALSE(child->parent()) << aid;
+}
+
+TEST(ChildTransactions, EachKeyedChildAttributeIsMarkedAndSwept) {
+  auto const container = Pbr::pbrActionContainerFactory("Pbr");
+  expectMarkedAndSwept(container, 259, container->dscpActionIs("web", id, Pbr::Dscp(1)));
+  auto const status = Pbr::statusFactory("pbr");
+  expectMarkedAndSwept(status, 386, status->pbrClassMapStatusIs("web", id));
+  auto const checkpoint = Pbr::checkpointStatusFactory("pbr");
+  auto const agent = checkpoint->checkpointAgentStatusIs("agent");
+  auto const policyMap = agent->pmapCkptStatusIs("p");
+  auto const classMap = policyMap->cmapCkptStatusIs("c");
+  auto const aclType = classMap->aclTypeCkptStatusIs(Acl::ip);
+  expectMarkedAndSwept(aclType, 259, aclType->aclIs("in"));
+  expectMarkedAndSwept(classMap, 260, aclType);
+  expectMarkedAndSwept(policyMap, 258, classMap);
+  expectMarkedAndSwept(agent, 258, policyMap);
+  expectMarkedAndSwept(checkpoint, 258, agent);
 }
 
 TEST_F(ChildTransactionTest, EndWithoutABeginDeletesWhatIsNotOnThisLog) {
@@ -280,95 +293,6 @@ TEST_F(TextTransactionTest, TextOfAnotherAttributeIsKept) {
   EXPECT_TRUE(flowIn()->iter());
 }
 
-// The sync mode.
-
-TEST_F(TransactionTest, SyncModeOfAnInactiveAdapterMarksNothing) {
-  log.demuxer->phaseIs(Demuxer::syncing);
-  adapter->syncModeIs(StreamAdapter::syncModeFull);
-  EXPECT_EQ(StreamAdapter::syncModeFull, adapter->syncMode());
-  EXPECT_FALSE(isMarked(one));
-}
-
-TEST_F(TransactionTest, SyncModeWithinAMessageBeginsAndEndsTheTransactions) {
-  log.demuxer->phaseIs(Demuxer::syncing);
-  Vyx::IsActiveAnchor const active(*adapter);
-  adapter->syncModeIs(StreamAdapter::syncModeFull);
-  EXPECT_TRUE(isMarked(one) && isMarked(two));
-  adapter->flagIs(StreamAdapter::isActiveFlag, true);
-  adapter->syncModeIs(StreamAdapter::syncModeLive);
-  EXPECT_EQ(0U, action->nexthops());
-}
-
-TEST_F(TransactionTest, SyncModeOnALiveLogMarksNothing) {
-  log.demuxer->phaseIs(Demuxer::live);
-  Vyx::IsActiveAnchor const active(*adapter);
-  adapter->syncModeIs(StreamAdapter::syncModeFull);
-  EXPECT_FALSE(isMarked(one));
-}
-
-TEST(SyncMode, OfConfigAndContainerReachesEachChildAttribute) {
-  LogEnd log;
-  Ptr<Pbr::Config> const config = Pbr::configFactory("pbr");
-  auto const adapter = log.join(config);
-  auto const actions = log.join(config->pbrActions());
-  auto const cmap = log.join(config->cmapType());
-  auto const pmap = log.join(config->pmapType());
-  auto const fwd = log.adapter(config->pbrActions()->fwdActionIs("web", id, Pbr::nexthopAction));
-  auto const dscp = log.adapter(config->pbrActions()->dscpActionIs("web", id, Pbr::Dscp(1)));
-  Vyx::IsActiveAnchor const active(*adapter);
-  adapter->syncModeIs(StreamAdapter::syncModeFull);
-  for (StreamAdapter* one :
-       {static_cast<StreamAdapter*>(actions.ptr()), static_cast<StreamAdapter*>(cmap.ptr()),
-        static_cast<StreamAdapter*>(pmap.ptr())})
-    EXPECT_TRUE(one->flag(StreamAdapter::flowOutHeldFlag));
-  Vyx::IsActiveAnchor const activeToo(*actions);
-  actions->syncModeIs(StreamAdapter::syncModeFull);
-  EXPECT_TRUE(fwd->flag(StreamAdapter::flowOutHeldFlag));
-  EXPECT_TRUE(dscp->flag(StreamAdapter::flowOutHeldFlag));
-}
-
-TEST_F(TransactionTest, SyncModeFromTheLogIsRelayedToTheAdaptersOfThisEntityOnly) {
-  LogEnd second{Demuxer::connecting};
-  LogEnd third{Demuxer::connecting};
-  auto const same = second.joinAs(action, kMe);
-  auto const stranger = third.joinAs(Pbr::pbrFwdActionFactory("mail", id, Pbr::nexthopAction), kMe);
-  log.message("8000000000000003 00000087 04 00000001");
-  adapter->handleAttrDeserialization(135, {}, 4, nullptr);
-  EXPECT_EQ(StreamAdapter::syncModeLive, adapter->syncMode());
-  EXPECT_EQ(StreamAdapter::syncModeLive, same->syncMode());
-  EXPECT_EQ(StreamAdapter::syncModeNone, stranger->syncMode());
-  EXPECT_FALSE(same->flag(StreamAdapter::syncRelayFlag));
-}
-
-TEST_F(TransactionTest, NothingIsWrittenDuringARelay) {
-  log.demuxer->phaseIs(Demuxer::syncing);
-  log.message("8000000000000003 00000087 04 00000002");
-  adapter->handleAttrDeserialization(135, {}, 4, nullptr);
-  EXPECT_TRUE(isMarked(one));
-  log.message("8000000000000003 00000087 04 00000001");
-  adapter->handleAttrDeserialization(135, {}, 4, nullptr);
-  EXPECT_EQ(0U, action->nexthops());
-  EXPECT_EQ("", log.told());
-}
-
-TEST_F(TransactionTest, UnknownSyncModeIsRefused) {
-  log.message("8000000000000003 00000087 04 00000003");
-  EXPECT_THROW(adapter->handleAttrDeserialization(135, {}, 4, nullptr), Vyx::RangeException);
-  EXPECT_FALSE(adapter->flag(StreamAdapter::isActiveFlag));
-}
-
-TEST_F(TransactionTest, ModeLiveCompletesTheEntryOfTheDirectory) {
-  auto const dir = Vyx::ptrFromNew(new Vyx::Dir("roots"));
-  Vyx::Dir::Entry& entry = dir->entryIs("path");
-  entry.entityIs(action);
-  log.message("8000000000000003 00000087 04 00000002");
-  adapter->handleAttrDeserialization(135, {}, 4, nullptr);
-  EXPECT_EQ(Vyx::Dir::absent, entry.state());
-  log.message("8000000000000003 00000087 04 00000001");
-  adapter->handleAttrDeserialization(135, {}, 4, nullptr);
-  EXPECT_EQ(3, entry.state());
-}
-
 // Giving a flow out up.
 
 TEST_F(TransactionTest, FreeResyncStateDropsTheBookmarkOfItsCollectionOnly) {
@@ -395,6 +319,29 @@ TEST_F(ChildTransactionTest, FreeResyncStateFreesAtBothCollections) {
     adapter->freeResyncState(flowOut);
     EXPECT_FALSE(flowOut->bookmark());
   }
+}
+
+TEST(FreeResyncState, OfABasesCollectionIsTheBases) {
+  LogEnd log;
+  auto const adapter = log.join(Pbr::statusFactory("pbr"));
+  log.demuxer->createFlowOut(adapter, Vyx::ConnectDesc(), false, INT32_MAX);
+  auto const flowOut = adapter->flowOut();
+  flowOut->attrIdIs(259);
+  Vyx::NboAttrLog::vyxBookmarkEnq<Name>(*flowOut, "web");
+  adapter->freeResyncState(flowOut);
+  EXPECT_FALSE(flowOut->bookmark());
+}
+
+TEST(FreeResyncState, OfATextKeepsTheBookmark) {
+  LogEnd log;
+  auto const adapter = log.join(Pbr::pbrClassMapStatusFactory("web", id));
+  log.demuxer->createFlowOut(adapter, Vyx::ConnectDesc(), false, INT32_MAX);
+  auto const flowOut = adapter->flowOut();
+  flowOut->attrIdIs(387);
+  Vyx::NboAttrLog::vyxBookmarkEnq<Kest::UniqueId>(*flowOut, id);
+  adapter->freeResyncState(flowOut);
+  EXPECT_TRUE(flowOut->bookmark());
+  Vyx::NboAttrLog::vyxBookmarkDel<Kest::UniqueId>(*flowOut);
 }
 
 TEST_F(TransactionTest, FlowOutThatIsGivenUpTakesItsBookmarkAlong) {
@@ -424,6 +371,19 @@ TEST_F(TransactionTest, RemountOnAnotherLogAnnouncesItThere) {
   EXPECT_EQ(nullptr, log.demuxer->reactor(kMe));
   ASSERT_TRUE(next.adapter(action));
   EXPECT_EQ("136 6 387.0 387 387 387.2 388 389", next.told());
+}
+
+TEST(Remount, OnAnotherLogTakesTheTreeAlong) {
+  LogEnd log;
+  LogEnd next;
+  Ptr<Pbr::Config> const config = Pbr::configFactory("pbr");
+  config->pbrActions()->fwdActionIs("web", id, Pbr::nexthopAction);
+  auto const adapter = log.join(config);
+  adapter->doSerializeOrphan();
+  adapter->doRemountSelf(next.out);
+  EXPECT_EQ(0U, log.demuxer->reactors().count());
+  EXPECT_EQ(5U, next.demuxer->reactors().count());
+  EXPECT_EQ(0U, next.told().find("136 "));
 }
 
 TEST(Remount, TakesTheWholeTreeOffTheLog) {

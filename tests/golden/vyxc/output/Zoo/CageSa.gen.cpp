@@ -56,11 +56,12 @@ void Cage::VyxNboAttrLogSa::vyxHandleAnimalSerializeSing(Vyx::Name key, Vyx::Ptr
 bool Cage::VyxNboAttrLogSa::vyxHandleAnimalSerializeColl() {
   return replication::walkCollection<VyxAttrAnimal>(*this);
 }
-Vyx::Ptr<Animal::VyxNboAttrLogSa> Cage::VyxNboAttrLogSa::animalNboAttrLogAdapter(Vyx::Ptr<Animal> const&) {
+Vyx::Ptr<Animal::VyxNboAttrLogSa> Cage::VyxNboAttrLogSa::animalNboAttrLogAdapter(
+    Vyx::Ptr<Animal const> const&) {
   return {};
 }
 Vyx::Ptr<Animal::VyxNboAttrLogSa> Cage::VyxNboAttrLogSa::animalNboAttrLogAdapter(
-    Vyx::Ptr<Animal> const&) const {
+    Vyx::Ptr<Animal const> const&) const {
   return {};
 }
 Vyx::Ptr<Animal::VyxNboAttrLogSa> Cage::VyxNboAttrLogSa::animalNboAttrLogAdapterIs(

@@ -41,8 +41,8 @@ public:
   void vyxHandleAnimalSerializeSing(Vyx::Name key, Vyx::Ptr<Animal> const& child);
   bool vyxHandleAnimalSerializeColl();
   // Nobody finds a child's adapter by this: it is asked of the child.
-  Vyx::Ptr<Animal::VyxNboAttrLogSa> animalNboAttrLogAdapter(Vyx::Ptr<Animal> const&);
-  Vyx::Ptr<Animal::VyxNboAttrLogSa> animalNboAttrLogAdapter(Vyx::Ptr<Animal> const&) const;
+  Vyx::Ptr<Animal::VyxNboAttrLogSa> animalNboAttrLogAdapter(Vyx::Ptr<Animal const> const&);
+  Vyx::Ptr<Animal::VyxNboAttrLogSa> animalNboAttrLogAdapter(Vyx::Ptr<Animal const> const&) const;
   Vyx::Ptr<Animal::VyxNboAttrLogSa> animalNboAttrLogAdapterIs(Vyx_BitSet flags, Vyx::Ptr<Animal> const& child,
                                                               unsigned int options, Log const& out,
                                                               Vyx::PtrInterface* channelEntry);

@@ -63,11 +63,12 @@ void Office::VyxNboAttrLogSa::vyxHandleKeeperSerializeSing(Kest::UniqueId const&
 bool Office::VyxNboAttrLogSa::vyxHandleKeeperSerializeColl() {
   return replication::walkCollection<VyxAttrKeeper>(*this);
 }
-Vyx::Ptr<Keeper::VyxNboAttrLogSa> Office::VyxNboAttrLogSa::keeperNboAttrLogAdapter(Vyx::Ptr<Keeper> const&) {
+Vyx::Ptr<Keeper::VyxNboAttrLogSa> Office::VyxNboAttrLogSa::keeperNboAttrLogAdapter(
+    Vyx::Ptr<Keeper const> const&) {
   return {};
 }
 Vyx::Ptr<Keeper::VyxNboAttrLogSa> Office::VyxNboAttrLogSa::keeperNboAttrLogAdapter(
-    Vyx::Ptr<Keeper> const&) const {
+    Vyx::Ptr<Keeper const> const&) const {
   return {};
 }
 Vyx::Ptr<Keeper::VyxNboAttrLogSa> Office::VyxNboAttrLogSa::keeperNboAttrLogAdapterIs(
@@ -86,10 +87,11 @@ void Office::VyxNboAttrLogSa::vyxHandleCageSerializeSing(Vyx::Name key, Vyx::Ptr
 bool Office::VyxNboAttrLogSa::vyxHandleCageSerializeColl() {
   return replication::walkCollection<VyxAttrCage>(*this);
 }
-Vyx::Ptr<Cage::VyxNboAttrLogSa> Office::VyxNboAttrLogSa::cageNboAttrLogAdapter(Vyx::Ptr<Cage> const&) {
+Vyx::Ptr<Cage::VyxNboAttrLogSa> Office::VyxNboAttrLogSa::cageNboAttrLogAdapter(Vyx::Ptr<Cage const> const&) {
   return {};
 }
-Vyx::Ptr<Cage::VyxNboAttrLogSa> Office::VyxNboAttrLogSa::cageNboAttrLogAdapter(Vyx::Ptr<Cage> const&) const {
+Vyx::Ptr<Cage::VyxNboAttrLogSa> Office::VyxNboAttrLogSa::cageNboAttrLogAdapter(
+    Vyx::Ptr<Cage const> const&) const {
   return {};
 }
 Vyx::Ptr<Cage::VyxNboAttrLogSa> Office::VyxNboAttrLogSa::cageNboAttrLogAdapterIs(
@@ -109,11 +111,11 @@ bool Office::VyxNboAttrLogSa::vyxHandleKitchenSerializeColl() {
   return replication::walkCollection<VyxAttrKitchen>(*this);
 }
 Vyx::Ptr<Kitchen::VyxNboAttrLogSa> Office::VyxNboAttrLogSa::kitchenNboAttrLogAdapter(
-    Vyx::Ptr<Kitchen> const&) {
+    Vyx::Ptr<Kitchen const> const&) {
   return {};
 }
 Vyx::Ptr<Kitchen::VyxNboAttrLogSa> Office::VyxNboAttrLogSa::kitchenNboAttrLogAdapter(
-    Vyx::Ptr<Kitchen> const&) const {
+    Vyx::Ptr<Kitchen const> const&) const {
   return {};
 }
 Vyx::Ptr<Kitchen::VyxNboAttrLogSa> Office::VyxNboAttrLogSa::kitchenNboAttrLogAdapterIs(
@@ -126,11 +128,12 @@ Vyx::Ptr<Kitchen::VyxNboAttrLogSa> Office::VyxNboAttrLogSa::kitchenNboAttrLogAda
   return replication::childAdapterDel(*this, child);
 }
 void Office::VyxNboAttrLogSa::onAviary() { replication::react<VyxAttrAviary>(*this); }
-Vyx::Ptr<Cage::VyxNboAttrLogSa> Office::VyxNboAttrLogSa::aviaryNboAttrLogAdapter(Vyx::Ptr<Cage> const&) {
+Vyx::Ptr<Cage::VyxNboAttrLogSa> Office::VyxNboAttrLogSa::aviaryNboAttrLogAdapter(
+    Vyx::Ptr<Cage const> const&) {
   return {};
 }
 Vyx::Ptr<Cage::VyxNboAttrLogSa> Office::VyxNboAttrLogSa::aviaryNboAttrLogAdapter(
-    Vyx::Ptr<Cage> const&) const {
+    Vyx::Ptr<Cage const> const&) const {
   return {};
 }
 Vyx::Ptr<Cage::VyxNboAttrLogSa> Office::VyxNboAttrLogSa::aviaryNboAttrLogAdapterIs(
@@ -143,11 +146,12 @@ Vyx::Ptr<Cage::VyxNboAttrLogSa> Office::VyxNboAttrLogSa::aviaryNboAttrLogAdapter
   return replication::childAdapterDel(*this, child);
 }
 void Office::VyxNboAttrLogSa::onQuarantine() { replication::react<VyxAttrQuarantine>(*this); }
-Vyx::Ptr<Cage::VyxNboAttrLogSa> Office::VyxNboAttrLogSa::quarantineNboAttrLogAdapter(Vyx::Ptr<Cage> const&) {
+Vyx::Ptr<Cage::VyxNboAttrLogSa> Office::VyxNboAttrLogSa::quarantineNboAttrLogAdapter(
+    Vyx::Ptr<Cage const> const&) {
   return {};
 }
 Vyx::Ptr<Cage::VyxNboAttrLogSa> Office::VyxNboAttrLogSa::quarantineNboAttrLogAdapter(
-    Vyx::Ptr<Cage> const&) const {
+    Vyx::Ptr<Cage const> const&) const {
   return {};
 }
 Vyx::Ptr<Cage::VyxNboAttrLogSa> Office::VyxNboAttrLogSa::quarantineNboAttrLogAdapterIs(

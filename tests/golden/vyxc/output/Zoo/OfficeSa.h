@@ -41,8 +41,8 @@ public:
   void vyxHandleKeeperSerializeSing(Kest::UniqueId const& key, Vyx::Ptr<Keeper> const& child);
   bool vyxHandleKeeperSerializeColl();
   // Nobody finds a child's adapter by this: it is asked of the child.
-  Vyx::Ptr<Keeper::VyxNboAttrLogSa> keeperNboAttrLogAdapter(Vyx::Ptr<Keeper> const&);
-  Vyx::Ptr<Keeper::VyxNboAttrLogSa> keeperNboAttrLogAdapter(Vyx::Ptr<Keeper> const&) const;
+  Vyx::Ptr<Keeper::VyxNboAttrLogSa> keeperNboAttrLogAdapter(Vyx::Ptr<Keeper const> const&);
+  Vyx::Ptr<Keeper::VyxNboAttrLogSa> keeperNboAttrLogAdapter(Vyx::Ptr<Keeper const> const&) const;
   Vyx::Ptr<Keeper::VyxNboAttrLogSa> keeperNboAttrLogAdapterIs(Vyx_BitSet flags, Vyx::Ptr<Keeper> const& child,
                                                               unsigned int options, Log const& out,
                                                               Vyx::PtrInterface* channelEntry);
@@ -53,8 +53,8 @@ public:
   void vyxHandleCageSerializeSing(Vyx::Name key, Vyx::Ptr<Cage> const& child);
   bool vyxHandleCageSerializeColl();
   // Nobody finds a child's adapter by this: it is asked of the child.
-  Vyx::Ptr<Cage::VyxNboAttrLogSa> cageNboAttrLogAdapter(Vyx::Ptr<Cage> const&);
-  Vyx::Ptr<Cage::VyxNboAttrLogSa> cageNboAttrLogAdapter(Vyx::Ptr<Cage> const&) const;
+  Vyx::Ptr<Cage::VyxNboAttrLogSa> cageNboAttrLogAdapter(Vyx::Ptr<Cage const> const&);
+  Vyx::Ptr<Cage::VyxNboAttrLogSa> cageNboAttrLogAdapter(Vyx::Ptr<Cage const> const&) const;
   Vyx::Ptr<Cage::VyxNboAttrLogSa> cageNboAttrLogAdapterIs(Vyx_BitSet flags, Vyx::Ptr<Cage> const& child,
                                                           unsigned int options, Log const& out,
                                                           Vyx::PtrInterface* channelEntry);
@@ -65,8 +65,8 @@ public:
   void vyxHandleKitchenSerializeSing(Diet key, Vyx::Ptr<Kitchen> const& child);
   bool vyxHandleKitchenSerializeColl();
   // Nobody finds a child's adapter by this: it is asked of the child.
-  Vyx::Ptr<Kitchen::VyxNboAttrLogSa> kitchenNboAttrLogAdapter(Vyx::Ptr<Kitchen> const&);
-  Vyx::Ptr<Kitchen::VyxNboAttrLogSa> kitchenNboAttrLogAdapter(Vyx::Ptr<Kitchen> const&) const;
+  Vyx::Ptr<Kitchen::VyxNboAttrLogSa> kitchenNboAttrLogAdapter(Vyx::Ptr<Kitchen const> const&);
+  Vyx::Ptr<Kitchen::VyxNboAttrLogSa> kitchenNboAttrLogAdapter(Vyx::Ptr<Kitchen const> const&) const;
   Vyx::Ptr<Kitchen::VyxNboAttrLogSa> kitchenNboAttrLogAdapterIs(Vyx_BitSet flags,
                                                                 Vyx::Ptr<Kitchen> const& child,
                                                                 unsigned int options, Log const& out,
@@ -76,8 +76,8 @@ public:
   // aviary, id 261
   virtual void onAviary();
   // Nobody finds a child's adapter by this: it is asked of the child.
-  Vyx::Ptr<Cage::VyxNboAttrLogSa> aviaryNboAttrLogAdapter(Vyx::Ptr<Cage> const&);
-  Vyx::Ptr<Cage::VyxNboAttrLogSa> aviaryNboAttrLogAdapter(Vyx::Ptr<Cage> const&) const;
+  Vyx::Ptr<Cage::VyxNboAttrLogSa> aviaryNboAttrLogAdapter(Vyx::Ptr<Cage const> const&);
+  Vyx::Ptr<Cage::VyxNboAttrLogSa> aviaryNboAttrLogAdapter(Vyx::Ptr<Cage const> const&) const;
   Vyx::Ptr<Cage::VyxNboAttrLogSa> aviaryNboAttrLogAdapterIs(Vyx_BitSet flags, Vyx::Ptr<Cage> const& child,
                                                             unsigned int options, Log const& out,
                                                             Vyx::PtrInterface* channelEntry);
@@ -86,8 +86,8 @@ public:
   // quarantine, id 262
   virtual void onQuarantine();
   // Nobody finds a child's adapter by this: it is asked of the child.
-  Vyx::Ptr<Cage::VyxNboAttrLogSa> quarantineNboAttrLogAdapter(Vyx::Ptr<Cage> const&);
-  Vyx::Ptr<Cage::VyxNboAttrLogSa> quarantineNboAttrLogAdapter(Vyx::Ptr<Cage> const&) const;
+  Vyx::Ptr<Cage::VyxNboAttrLogSa> quarantineNboAttrLogAdapter(Vyx::Ptr<Cage const> const&);
+  Vyx::Ptr<Cage::VyxNboAttrLogSa> quarantineNboAttrLogAdapter(Vyx::Ptr<Cage const> const&) const;
   Vyx::Ptr<Cage::VyxNboAttrLogSa> quarantineNboAttrLogAdapterIs(Vyx_BitSet flags, Vyx::Ptr<Cage> const& child,
                                                                 unsigned int options, Log const& out,
                                                                 Vyx::PtrInterface* channelEntry);
