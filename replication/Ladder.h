@@ -21,6 +21,16 @@ template <class Attr, class Sa> bool writeOwed(Sa& adapter) {
   }
 }
 
+// Behind what isn't through although it was its turn. A walk that stands at a bookmark stops the ladder,
+// since the walks above would take it for theirs. Over one that may not begin yet the ladder goes on, as over
+// a text for which there is room again; the next run comes back to it.
+template <class Attr, class Sa>
+std::optional<Vyx::AttributeId> stopAtUnfinished(Sa& adapter, Vyx::NboAttrLog::FlowOut& flowOut) {
+  if (flowOut.bookmark() || !adapter.continueFlowOut()) return Attr::id;
+  flowOut.vyxRefusedIs(Attr::id);
+  return std::nullopt;
+}
+
 // One rung. RETURNS the attribute to resume at, or nothing when the ladder goes on. `next` is the attribute
 // above, 0 on top.
 template <class Attr, class Sa> std::optional<Vyx::AttributeId> climb(Sa& adapter, Vyx::AttributeId next) {
@@ -33,7 +43,7 @@ template <class Attr, class Sa> std::optional<Vyx::AttributeId> climb(Sa& adapte
       dirtyIs<Attr>(adapter, !done || (flowOut && flowOut->vyxTakeMarkedBehindWalk()));
   }
   if (flowOut && flowOut->isSuspended()) return Attr::id;
-  if (!done) return Attr::id;
+  if (!done) return stopAtUnfinished<Attr>(adapter, *flowOut);
   if (adapter.continueFlowOut()) return std::nullopt;
   if constexpr (isWalked<Attr>)
     return flowOut && flowOut->hasDirtyAttributes() ? next : 0;

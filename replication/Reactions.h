@@ -41,8 +41,10 @@ void memberChanged(Sa& adapter, typename Attr::Key const& key, typename Attr::Ty
   if (!mayReact<Attr>(adapter)) return;
   if (keyMissing)
     writeRemoval<Attr>(adapter, key);
-  else
+  else if constexpr (kKind<Attr> == Kind::references)
     writePatiently<Attr>(adapter, [&] { writeMember<Attr>(adapter, key, value); });
+  else
+    writeMember<Attr>(adapter, key, value);
   if (!adapter.flag(StreamAdapter::handlingScheduledFlowOutFlag))
     adapter.vyxMemberWritten(adapter.nboAttrLogOut()->messages());
 }
@@ -52,23 +54,23 @@ template <class Attr, class Sa> void memberChanged(Sa& adapter, typename Attr::K
   memberChanged<Attr>(adapter, key, member ? member->value() : typename Attr::Type(), !member);
 }
 
-// Outside of a flow out a text is begun only where there is much room; what doesn't fit is owed.
-template <class Attr, class Sa> bool oweText(Sa& adapter, Vyx::String8::IteratorConst const& at) {
-  owe<Attr>(adapter);
-  if (auto const& flowOut = adapter.vyxFlowOut()) {
-    flowOut->outstandingKeysIs(1);
-    flowOut->valueIterIs(nullptr);
-    Vyx::NboAttrLog::vyxFlowOutValueEnq(*flowOut, at);
-  }
-  return false;
+// Whether the next piece of a text may be written. Outside of a flow out a text is begun only where there is
+// much room, and then written to its end.
+inline bool pieceMayGo(StreamAdapter& adapter, bool inFlowOut, bool isFirst) {
+  auto const& out = adapter.nboAttrLogOut();
+  if (!inFlowOut) return !isFirst || (out->connected() && out->room() >= Vyx::kTextStartRoom);
+  if (adapter.flag(StreamAdapter::handlingScheduledFlowOutFlag) && !adapter.continueFlowOut()) return false;
+  return !out->connected() || out->hasSufficientBuffer();
 }
 
-// Whether the next piece of a text may be written. A text is begun at once only where there is much room.
-inline bool pieceMayGo(StreamAdapter& adapter, bool isFirst) {
-  auto const& out = adapter.nboAttrLogOut();
-  if (adapter.flag(StreamAdapter::handlingScheduledFlowOutFlag) && !adapter.continueFlowOut()) return false;
-  if (adapter.vyxFlowOut() || !isFirst) return !out->connected() || out->hasSufficientBuffer();
-  return out->connected() && out->room() >= Vyx::kTextStartRoom;
+// The text is owed from that position on. In a run its bit is the ladder's.
+template <class Attr, class Sa>
+void oweText(Sa& adapter, Vyx::String8::IteratorConst const& at, bool inFlowOut) {
+  if (!inFlowOut || !adapter.flag(StreamAdapter::handlingScheduledFlowOutFlag)) owe<Attr>(adapter);
+  auto const& flowOut = adapter.vyxFlowOut();
+  if (!flowOut) return;
+  if (!inFlowOut) flowOut->outstandingKeysIs(1);
+  Vyx::NboAttrLog::vyxFlowOutValueEnq(*flowOut, at);
 }
 
 // A text in pieces. RETURNS whether it is through. An empty text is one message without a payload. A text
@@ -90,9 +92,10 @@ template <class Attr, class Sa> bool textChanged(Sa& adapter) {
   }
   auto at = flowOut && flowOut->valueIter() ? Vyx::NboAttrLog::vyxFlowOutValueDeq(*flowOut)
                                             : Vyx::String8(valueOf<Attr>(entityOf(adapter))).begin();
+  bool const inFlowOut = static_cast<bool>(flowOut);
   bool isFirst = true;
   do {
-    if (!pieceMayGo(adapter, isFirst)) return oweText<Attr>(adapter, at);
+    if (!pieceMayGo(adapter, inFlowOut, isFirst)) return oweText<Attr>(adapter, at, inFlowOut), false;
     writeMessage(adapter, Attr::id, 0, [&](auto const& out) { Vyx::Ptr<Connection::Out>(out) << at; });
     isFirst = false;
   } while (at.position() < at.text().length());

@@ -122,6 +122,8 @@ template <class X> void StreamAdapterOf<X>::hasNotificationActiveIs(bool active)
 template <class X> void StreamAdapterOf<X>::notifierIs(Vyx::Ptr<Vyx::PtrInterface const> const& notifier) {
   if (adapter_) adapter_->notifierIs(notifier);
   Base::notifierIs(notifier);
+  if constexpr (!kIsFirst) Base::unlinkAdapter();
+  this->isRegisteredNotifieeIs(false);
 }
 
 template <class X> Vyx::AttributeId StreamAdapterOf<X>::handleAttrFlowOut(Vyx::AttributeId startAid) {

@@ -26,6 +26,7 @@ protected:
 
   LogEnd log;
   LogEnd other;
+  Ptr<Pbr::PbrFwdAction> stranger = Pbr::pbrFwdActionFactory("mail", id, Pbr::nexthopAction);
   Ptr<Pbr::PbrFwdAction> action = Pbr::pbrFwdActionFactory("web", id, Pbr::nexthopAction);
 };
 
@@ -41,6 +42,25 @@ TEST_F(StreamAdapterTest, AdapterIsFoundByItsLog) {
   auto const second = other.join(action);
   EXPECT_EQ(adapter, find(log));
   EXPECT_EQ(second, find(other));
+}
+
+TEST_F(StreamAdapterTest, LaterReactorIsFoundBehindAnAdapterOfAnotherLog) {
+  auto const later = log.join(action);
+  other.join(stranger);
+  auto const first = other.join(action);
+  ASSERT_NE(first->entityId(), later->entityId());
+  ASSERT_EQ(first.ptr(), action->vyxReactors().head()->vyxRawReactor());
+  EXPECT_EQ(later, find(log));
+  EXPECT_EQ(first, find(other));
+}
+
+TEST_F(StreamAdapterTest, StrangerOfTheSameIdDoesntEndTheWalk) {
+  auto const later = log.join(action);
+  auto const ofStranger = log.join(stranger);
+  other.join(Pbr::pbrFwdActionFactory("ftp", id, Pbr::nexthopAction));
+  auto const first = other.join(action);
+  ASSERT_EQ(ofStranger->entityId(), first->entityId());
+  EXPECT_EQ(later, find(log));
 }
 
 TEST_F(StreamAdapterTest, ConstLookUpFindsTheSame) {
@@ -95,6 +115,14 @@ TEST_F(StreamAdapterTest, UnassignedIdIsNotLookedUp) {
 TEST_F(StreamAdapterTest, LogWithoutDemuxerFindsNothing) {
   log.join(action);
   Ptr<Out> const bare = Vyx::ptrFromNew(new Out);
+  EXPECT_FALSE(entity().vyxNboAttrLogSa(Ptr<Out const>(bare)));
+}
+
+TEST_F(StreamAdapterTest, LogWithoutDemuxerHidesALaterAdapterOnIt) {
+  Ptr<Out> const bare = Vyx::ptrFromNew(new Out);
+  auto const later = entity().vyxNboAttrLogSaIs(directFlags(), 0, bare, nullptr);
+  ASSERT_EQ(later, entity().vyxNboAttrLogSa(Ptr<Out const>(bare)));
+  log.join(action);
   EXPECT_FALSE(entity().vyxNboAttrLogSa(Ptr<Out const>(bare)));
 }
 
@@ -252,6 +280,22 @@ TEST_F(StreamAdapterTest, EndOfTheAdapterUnlinksItsReactor) {
   EXPECT_EQ(before, action->references());
 }
 
+TEST_F(StreamAdapterTest, ReactorThatOutlivesItsAdapterIsSilent) {
+  auto adapter = Sa::VyxNboAttrLogSaIs(directFlags(), action, 0, log.out, nullptr);
+  Ptr<Vyx::Entity::NotifieeConst> const reactor = action->vyxReactors().head();
+  adapter = nullptr;
+  EXPECT_EQ(reactor.ptr(), reactor->vyxRawReactor());
+  reactor->isRegisteredNotifieeIs(true);
+  reactor->notifierIs(Ptr<Vyx::PtrInterface const>(action));
+  reactor->hasNotificationActiveIs(true);
+  ASSERT_EQ(1, listed(*action));
+  action->recursiveIs(true);
+  action->nexthopIs(address, true);
+  reactor->onZeroReferences();
+  EXPECT_EQ("", log.told());
+  reactor->notifierIs(nullptr);
+}
+
 TEST_F(StreamAdapterTest, MadeWithinAMessageWhileTheLogSyncsItEndsItsTransactions) {
   action->nexthopIs(address, true);
   action->nexthopIterator(address)->vyxMarkedForDeletionIs(true);
@@ -285,6 +329,19 @@ TEST_F(StreamAdapterTest, AnotherNotifierTakesTheReactorAlong) {
   EXPECT_EQ(next, adapter->notifier());
   EXPECT_EQ(next.ptr(), adapter->vyxNotifierEntity());
   EXPECT_EQ(next.ptr(), static_cast<Sa const&>(*adapter).vyxNotifierEntity());
+}
+
+TEST_F(StreamAdapterTest, NewNotifierUnregistersTheAdapterItself) {
+  struct Asked : Sa {
+    using Sa::Sa;
+    void isRegisteredNotifieeIs(bool registered) const override { ++(registered ? entered : left); }
+    mutable int entered = 0;
+    mutable int left = 0;
+  };
+  auto const adapter = Vyx::ptrFromNew(new Asked(directFlags(), action, 0, log.out, nullptr));
+  adapter->notifierIs(Ptr<Vyx::PtrInterface const>(stranger));
+  EXPECT_LT(0, adapter->left);
+  EXPECT_EQ(0, adapter->entered);
 }
 
 TEST_F(StreamAdapterTest, HoldsNotifierTakesOneMoreReferenceAlong) {
@@ -350,6 +407,44 @@ TEST_F(StreamAdapterTest, DoNotificationGoesThroughTheTable) {
   EXPECT_EQ(1, adapter->heard);
 }
 
+TEST_F(StreamAdapterTest, ReactorDoesntGoThroughTheTable) {
+  auto const adapter = Vyx::ptrFromNew(new Counting(directFlags(), action, 0, log.out, nullptr));
+  adapter->hasNotificationActiveIs(true);
+  adapter->vyxOnInit();
+  action->recursiveIs(true);
+  EXPECT_EQ(0, adapter->heard);
+  EXPECT_EQ("388", log.told());
+}
+
+TEST_F(StreamAdapterTest, InstantiateSerializesNoValues) {
+  action->nexthopIs(address, true);
+  log.join(action)->vyxInstantiateSerialize();
+  EXPECT_EQ("", log.told());
+}
+
+TEST_F(StreamAdapterTest, InstantiateGoesThroughTheTable) {
+  using ConfigSa = Pbr::Config::VyxNboAttrLogSa;
+  struct Instantiated : ConfigSa {
+    using ConfigSa::ConfigSa;
+    void onPbrActions() override { heard += "261 "; }
+    void onCmapType() override { heard += "262 "; }
+    void onPmapType() override { heard += "263 "; }
+    std::string heard;
+  };
+  Ptr<Pbr::Config> const config = Pbr::configFactory("pbr");
+  auto const adapter = Vyx::ptrFromNew(new Instantiated(directFlags(), config, 0, log.out, nullptr));
+  adapter->vyxInstantiateSerialize();
+  EXPECT_EQ("261 262 263 ", adapter->heard);
+}
+
+TEST_F(StreamAdapterTest, FailureToWriteReachesTheLogNotTheSetter) {
+  log.join(action);
+  std::string const tooLong(kDefaultMaxLength + 1, 'x');
+  EXPECT_NO_THROW(action->nexthopGroupIs(Vyx::Name(tooLong)));
+  EXPECT_FALSE(log.demuxer->failure().empty());
+  EXPECT_EQ("", log.told());
+}
+
 TEST_F(StreamAdapterTest, NotificationIsActiveInBothOrInNeither) {
   auto const adapter = log.join(action);
   Vyx::Entity::NotifieeConst* const reactor = action->vyxReactors().head();
@@ -393,6 +488,16 @@ TEST_F(StreamAdapterTest, ZombieHearsNothingUntilItIsRevived) {
   EXPECT_FALSE(adapter->vyxMarkedForDeletion());
   action->recursiveIs(false);
   EXPECT_EQ("388", log.told());
+}
+
+TEST_F(StreamAdapterTest, RevivedReactorDoesntWakeItsStreamAdapter) {
+  auto const adapter = log.join(action);
+  Vyx::Entity::NotifieeConst* const reactor = action->vyxReactors().head();
+  adapter->vyxDoZombieReactors(true);
+  ASSERT_FALSE(adapter->hasNotificationActive());
+  adapter->vyxDoZombieReactors(false);
+  EXPECT_TRUE(reactor->hasNotificationActive());
+  EXPECT_FALSE(adapter->hasNotificationActive());
 }
 
 // Slots.

@@ -19,6 +19,33 @@ protected:
     reader.joinAs(copy, adapter->entityId());
   }
   unsigned dirty() const { return adapter->flowOut()->vyxDirtyBitSet1()->word(); }
+  // Owes the text.
+  Ptr<Sa::FlowOut> owe() {
+    log.demuxer->createFlowOut(adapter, Vyx::ConnectDesc(), false, kNothing);
+    adapter->flowOut()->vyxDirtyBitSet1()->vyxIsNexthopGroupDirtyIs(true);
+    return adapter->flowOut();
+  }
+  // A run that writes one piece of a text that is longer.
+  void joinAndStop(Vyx_BitSet flags) {
+    status->nexthopGroupIs(longText);
+    join(flags);
+    owe();
+    log.allow(1);
+    ASSERT_EQ(387, adapter->handleAttrFlowOut(387));
+    ASSERT_TRUE(adapter->flowOut()->valueIter());
+    log.allowAll();
+  }
+  void pass() { replication_test::pass(log, reader); }
+  // Another text while one is half written.
+  void expectBegunAnew(Vyx_BitSet flags) {
+    joinAndStop(flags);
+    pass();
+    status->nexthopGroupIs("another");
+    EXPECT_FALSE(adapter->flowOut()->valueIter());
+    if (log.out->pendingBytes() == 0) adapter->handleAttrFlowOut(387);
+    pass();
+    EXPECT_EQ("another", copy->nexthopGroup());
+  }
 
   LogEnd log;
   LogEnd reader{Demuxer::connecting};
@@ -79,6 +106,99 @@ TEST_F(TextFlowOutTest, StoppedTextGoesOnWhereItStopped) {
   EXPECT_EQ(0U, dirty() & 2U);
 }
 
+TEST_F(TextFlowOutTest, PoliteStoppedTextGoesOnWhereItStopped) {
+  joinAndStop(politeFlags());
+  EXPECT_EQ(2U, dirty());
+  EXPECT_EQ(0U, adapter->flowOut()->outstandingKeys());
+  auto const before = log.out->messages();
+  EXPECT_EQ(0, adapter->handleAttrFlowOut(387));
+  EXPECT_EQ(before + 2, log.out->messages());
+  pass();
+  EXPECT_EQ(longText, copy->nexthopGroup());
+  EXPECT_FALSE(adapter->flowOut()->valueIter());
+  EXPECT_EQ(0U, dirty());
+}
+
+TEST_F(TextFlowOutTest, PoliteTextWithoutAFlowOutIsWrittenAtOnce) {
+  join(politeFlags());
+  status->nexthopGroupIs(longText);
+  EXPECT_EQ("387 387 387", log.told());
+  EXPECT_FALSE(adapter->flowOut());
+}
+
+TEST_F(TextFlowOutTest, TextThatChangesBetweenItsPiecesIsBegunAnew) { expectBegunAnew(directFlags()); }
+TEST_F(TextFlowOutTest, PoliteTextThatChangesBetweenItsPiecesIsBegunAnew) { expectBegunAnew(politeFlags()); }
+
+TEST_F(TextFlowOutTest, TextInARunStopsWhereTheLogHasNoRoom) {
+  status->nexthopGroupIs("short");
+  join();
+  owe();
+  log.fill();
+  EXPECT_EQ(387, adapter->handleAttrFlowOut(387));
+  EXPECT_TRUE(adapter->flowOut()->valueIter());
+  EXPECT_EQ(2U, dirty());
+  EXPECT_EQ(0U, adapter->flowOut()->outstandingKeys());
+  EXPECT_EQ("", log.told());
+  EXPECT_EQ(0, adapter->handleAttrFlowOut(387));
+  EXPECT_EQ("387", log.told());
+}
+
+TEST_F(TextFlowOutTest, TextInARunGoesOnWithoutAConnection) {
+  status->nexthopGroupIs(longText);
+  join();
+  owe();
+  log.out->connectedIs(false);
+  EXPECT_EQ(0, adapter->handleAttrFlowOut(387));
+  EXPECT_FALSE(adapter->flowOut()->valueIter());
+  EXPECT_EQ(0U, dirty());
+}
+
+// However little room there is behind its first piece.
+TEST_F(TextFlowOutTest, TextBegunWithoutAFlowOutIsWrittenToItsEnd) {
+  LogEnd tight(Demuxer::accepting, Vyx::kTextStartRoom);
+  LogEnd far(Demuxer::connecting);
+  auto const writer = tight.join(status);
+  far.joinAs(copy, writer->entityId());
+  std::string const longer = longText + longText;
+  status->nexthopGroupIs(longer);
+  EXPECT_FALSE(writer->flowOut());
+  replication_test::pass(tight, far);
+  EXPECT_EQ(longer, copy->nexthopGroup());
+}
+
+TEST_F(TextFlowOutTest, TextIsBegunAtExactlyThatRoom) {
+  LogEnd enough(Demuxer::accepting, Vyx::kTextStartRoom);
+  LogEnd scarce(Demuxer::accepting, Vyx::kTextStartRoom - 1);
+  auto const written = enough.join(status);
+  auto const owed = scarce.join(status);
+  status->nexthopGroupIs("short");
+  EXPECT_EQ("387", enough.told());
+  EXPECT_FALSE(written->flowOut());
+  EXPECT_EQ("", scarce.told());
+  EXPECT_TRUE(owed->flowOut());
+}
+
+TEST_F(TextFlowOutTest, TextChangedBesideAFlowOutIsOwedFromItsStart) {
+  join();
+  log.demuxer->createFlowOut(adapter, Vyx::ConnectDesc(), false, kNothing);
+  log.fill();
+  status->nexthopGroupIs("short");
+  EXPECT_EQ(2U, dirty());
+  EXPECT_TRUE(adapter->flowOut()->valueIter());
+  EXPECT_EQ(0U, adapter->flowOut()->outstandingKeys());
+  EXPECT_EQ("", log.told());
+}
+
+TEST_F(TextFlowOutTest, TextThatIsOwedBelowThePlaceOfAStopIsWritten) {
+  join();
+  log.demuxer->createFlowOut(adapter, Vyx::ConnectDesc(), false, kNothing)->vyxResumeAidIs(388);
+  log.fill();
+  status->nexthopGroupIs("short");
+  log.sent();
+  EXPECT_TRUE(log.demuxer->runFlowOuts());
+  EXPECT_EQ("387", log.told());
+}
+
 TEST_F(TextFlowOutTest, PoliteTextWithAFlowOutIsOwedOutsideARun) {
   join(politeFlags());
   log.demuxer->createFlowOut(adapter, Vyx::ConnectDesc(), false, kNothing);
@@ -93,6 +213,7 @@ TEST_F(TextFlowOutTest, GuardsOfAText) {
                     StreamAdapter::flowOutOffFlag, StreamAdapter::isActiveFlag}) {
     adapter->flagIs(flag, true);
     EXPECT_TRUE(adapter->vyxHandleNexthopGroupSerialize());
+    EXPECT_FALSE(adapter->flag(StreamAdapter::isActiveFlag));
     adapter->flagIs(flag, false);
   }
   log.demuxer->flowInIs(adapter->entityId())->aidIs(387);

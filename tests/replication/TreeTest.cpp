@@ -33,6 +33,15 @@ TEST_F(TreeTest, AChangeOfAScalarArrives) {
   EXPECT_TRUE(copy()->bgpPbrRedirect());
 }
 
+TEST_F(TreeTest, WhatCantBeWrittenEndsTheLink) {
+  mount();
+  auto const action = config->pbrActions()->fwdActionIs("web", Kest::UniqueId(1, 2, 3), Pbr::nexthopAction);
+  settle();
+  action->nexthopGroupIs(Vyx::Name(std::string(kDefaultMaxLength + 1, 'x')));
+  run([&] { return server.peer->hasEnded(); });
+  EXPECT_NE("", server.ended);
+}
+
 // Only then an entity is found by it without naming a log.
 TEST_F(TreeTest, ALogIsReadyForAsLongAsItIsConnected) {
   EXPECT_FALSE(client.peer->link()->in()->inReadyFlag());

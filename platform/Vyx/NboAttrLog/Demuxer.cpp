@@ -116,10 +116,13 @@ Ptr<FlowOut> Demuxer::createFlowOut(Ptr<StreamAdapter> const& adapter, ConnectDe
   return fresh;
 }
 
+// A walk that stands in the middle is given up for the new one.
 void Demuxer::writeAll(StreamAdapter& adapter) {
+  AttributeId const givenUp = adapter.flowOut_ ? adapter.flowOut_->bookmarkAttrId() : 0;
   flowOutDel(adapter);
   Ptr<FlowOut> const flowOut = newFlowOut(adapter, ConnectDesc(), true, 0);
   if (!flowOut) return;
+  if (givenUp) flowOut->pendingAbortIs(givenUp, true);
   if (adapter.continueFlowOut())
     run(flowOut);
   else
@@ -145,27 +148,30 @@ void Demuxer::drop(FlowOut& flowOut) {
 // A run begins at the lowest attribute that is owed. A walk that has stopped is finished first, though, since
 // what it has saved is of its own type of key; what was marked up to its place since then has another run.
 // What the other side is in the middle of a transaction about isn't begun before that has ended; a walk that
-// has begun goes on, since the two sides would wait for each other else. Neither is anything written of an
-// entity on hold.
+// has begun goes on, since the two sides would wait for each other else. What stands above it was written by
+// the run that found it so. Neither is anything written of an entity on hold.
 void Demuxer::run(Ptr<FlowOut> const& flowOut) {
   Ptr<StreamAdapter> const adapter = flowOut->streamAdapter();
   if (adapter->flag(StreamAdapter::flowOutHeldFlag)) return waiting_.push_back(flowOut);
-  auto isWithin = [&] { return flowOut->bookmark() || flowOut->valueIter(); };
   AttributeId const resume = flowOut->vyxResumeAid();
-  bool const wasWithin = isWithin();
+  bool const wasWithin = flowOut->bookmark();
   AttributeId const marked = wasWithin ? INT32_MAX : flowOut->vyxTakeLowestMarked();
+  auto waitsFor = [&](AttributeId aid) {
+    return aid != 0 && adapter->handlingFlowInFor(aid) && flowOut->vyxOpenWalk() != aid;
+  };
+  if (marked == INT32_MAX && waitsFor(resume)) return waiting_.push_back(flowOut);
   AttributeId const stop = adapter->handleAttrFlowOut(std::min(resume, marked));
   if (adapter->vyxFlowOut() != flowOut) return; // The entity has left the log meanwhile.
   AttributeId next = stop ? stop : INT32_MAX;
-  if (!isWithin()) {
+  if (!flowOut->bookmark()) {
     AttributeId const since = flowOut->vyxTakeLowestMarked();
     bool const isWritten = wasWithin && since > resume && !stop;
     if (!isWritten) next = std::min(next, since);
+    next = std::min(next, flowOut->vyxTakeLowestRefused());
   }
   if (next == INT32_MAX) return drop(*flowOut);
   flowOut->vyxResumeAidIs(next);
-  bool const waits = adapter->handlingFlowInFor(next) && flowOut->vyxOpenWalk() != next;
-  if (flowOut->isSuspended() || waits)
+  if (flowOut->isSuspended() || waitsFor(next))
     waiting_.push_back(flowOut);
   else
     queue(flowOut);

@@ -10,7 +10,9 @@ namespace {
 
 // Enters, overwrites or, with nothing to keep, removes.
 template <class Map, class K, class V> void recordIs(Map& map, K key, V value) {
-  if (auto* there = map.find(key))
+  if (!value)
+    map._memberDel(key);
+  else if (auto* there = map.find(key))
     there->valueIs(std::move(value));
   else
     map.newMember(ptrFromNew(new typename Map::Member(key, std::move(value))));

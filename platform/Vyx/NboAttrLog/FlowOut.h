@@ -11,6 +11,9 @@
 #include "Vyx/HashMap.h"
 #include "Vyx/StreamAdapter.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace Vyx::NboAttrLog {
 
 // A keyed member of a flow out's small tables.
@@ -99,6 +102,10 @@ public:
   void vyxResumeAidIs(AttributeId aid) { resumeAid_ = aid; }
   // RETURNS the lowest attribute marked outside a run since the last call, or INT32_MAX.
   AttributeId vyxTakeLowestMarked() { return std::exchange(lowestMarked_, INT32_MAX); }
+  // A run has passed over an attribute that isn't through.
+  void vyxRefusedIs(AttributeId aid) { lowestRefused_ = std::min(lowestRefused_, aid); }
+  // RETURNS the lowest such attribute since the last call, or INT32_MAX.
+  AttributeId vyxTakeLowestRefused() { return std::exchange(lowestRefused_, INT32_MAX); }
   // The attribute whose walk the other side has heard the begin of, but not the end; 0 for none.
   AttributeId vyxOpenWalk() const { return openWalk_; }
   void vyxOpenWalkIs(AttributeId aid) { openWalk_ = aid; }
@@ -116,6 +123,7 @@ private:
   AttributeId openWalk_ = 0;
   AttributeId resumeAid_;
   AttributeId lowestMarked_ = INT32_MAX;
+  AttributeId lowestRefused_ = INT32_MAX;
   unsigned outstandingKeys_ = 0;
   unsigned entityVersion_ = 0;
   unsigned entityIdSeqno_ = 0;

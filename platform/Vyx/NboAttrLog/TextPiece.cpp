@@ -13,7 +13,8 @@ constexpr unsigned char kMoreFollows = 2;
 
 // What a piece costs beside its run.
 constexpr std::size_t kAround = 64;
-constexpr std::size_t kShortestRun = 16;
+// Where there is no room, which a text that was begun at once doesn't wait for.
+constexpr std::size_t kShortestRun = 4096;
 
 } // namespace
 
