@@ -80,7 +80,10 @@ public:
 
   Phase phase() const { return phase_; }
   void phaseIs(Phase phase) { phase_ = phase; }
-  // What each side knew of the other's messages when it wrote its own. A message has come.
+
+  // What each side knew of the other's messages when it wrote its own.
+
+  // One more message of the other side has come.
   void heardInc() { ++heard_; }
   // Says how many have come, unless the other side was told so before.
   void tellHeard();
