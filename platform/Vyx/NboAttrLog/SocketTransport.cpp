@@ -65,8 +65,8 @@ IoResult SocketTransport::read(std::span<unsigned char> room) {
 
 // One run of bytes goes by the plain call, which has less to do than the one for several.
 IoResult SocketTransport::write(std::span<unsigned char const> first, std::span<unsigned char const> second) {
-  auto const count = second.empty() ? ::send(fd(), first.data(), first.size(), MSG_NOSIGNAL)
-                                    : sendBoth(fd(), first, second);
+  auto const count =
+      second.empty() ? ::send(fd(), first.data(), first.size(), MSG_NOSIGNAL) : sendBoth(fd(), first, second);
   if (count > 0) return IoResult::moved(static_cast<std::size_t>(count));
   return count == 0 ? IoResult::none(IoResult::Kind::wouldBlock) : IoResult::fromErrno(errno);
 }
