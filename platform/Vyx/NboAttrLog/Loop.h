@@ -6,8 +6,7 @@
 // Invariants:
 // (1) Nothing waits without a bound: every wait names a limit.
 // (2) Sources, timers and functions may be added and taken away at any time, also from within a turn. What is
-// taken
-//     away is not called any more; what is added is served from the next turn on.
+//     taken away is not called any more; what is added is served from the next turn on.
 
 #pragma once
 
