@@ -73,9 +73,10 @@ protected:
   static constexpr std::uint32_t kAhead = 8;
   // The members of a table with fewer buckets are near anyway.
   static constexpr std::uint32_t kManyBuckets = 4096;
+  // `member` may be null, so the place of its link is reckoned with numbers.
   static void askFor(PtrInterface const* member, std::size_t link) {
     __builtin_prefetch(member);
-    __builtin_prefetch(reinterpret_cast<char const*>(member) + link);
+    __builtin_prefetch(reinterpret_cast<void const*>(reinterpret_cast<std::uintptr_t>(member) + link));
   }
 
   // What findNextBucketG does, with the place of the link in a member.

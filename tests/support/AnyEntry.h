@@ -9,6 +9,7 @@
 
 #include "Vyx/Entity.h"
 
+#include <algorithm>
 #include <array>
 #include <vector>
 
@@ -55,7 +56,7 @@ private:
     static std::array<void*, kMost> copy;
     std::size_t const slots = slotCount<typename X::NotifieeConst>();
     EXPECT_LE(slots, kMost - kBefore);
-    for (std::size_t i = 0; i < slots + kBefore; ++i) copy[i] = table[i - kBefore];
+    std::copy_n(table - kBefore, slots + kBefore, copy.begin());
     for (std::size_t i = kFirst; i < slots; ++i) copy[i + kBefore] = reinterpret_cast<void*>(&entry);
     return copy.data() + kBefore;
   }

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 
 namespace Vyx::NboAttrLog {
 
@@ -17,11 +18,12 @@ constexpr std::size_t kCacheLine = 64;
 // What is read of an entity when one of its first attributes is set.
 constexpr std::size_t kEntityBytes = 3 * kCacheLine;
 
-// Memory anywhere, and none for null.
+// Memory anywhere, and none for null, so places are reckoned with numbers.
 void askFor(void const* object, std::size_t bytes) {
-  auto const* const at = static_cast<char const*>(object);
-  for (std::size_t i = 0; i < bytes; i += kCacheLine) __builtin_prefetch(at + i);
-  __builtin_prefetch(at + bytes - 1);
+  auto const at = reinterpret_cast<std::uintptr_t>(object);
+  auto const ask = [](std::uintptr_t place) { __builtin_prefetch(reinterpret_cast<void const*>(place)); };
+  for (std::size_t i = 0; i < bytes; i += kCacheLine) ask(at + i);
+  ask(at + bytes - 1);
 }
 
 } // namespace
