@@ -107,7 +107,6 @@ TEST_F(OwnedChild, ReactorMayRemoveTheChildThatIsBeingTold) {
 // A child that writes down how it is attached, and an owner that shows it to its reactors.
 class Leaf : public Vyx::Entity {
 public:
-  static constexpr std::array<char const*, 1> kVyxParameterNames{"name"};
   static auto vyxParameters(Leaf const& of) { return std::tuple<Vyx::Name>(of.name()); }
 
   Vyx::ListRaw<NotifieeConst>& vyxReactors() const { return reactors_; }

@@ -20,7 +20,7 @@ using Vyx::Ptr;
 struct Process : Peer::Watcher {
   explicit Process(char const* name, Roots::Refusal refusal = {})
       : name(name), roots(Vyx::ptrFromNew(new Roots(std::move(refusal)))) {}
-  ~Process() {
+  virtual ~Process() {
     if (peer) peer->watcherDel();
   }
 
