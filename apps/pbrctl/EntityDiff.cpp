@@ -1,6 +1,6 @@
 #include "pbrctl/EntityDiff.h"
 
-#include "pbrctl/EntityJson.h"
+#include "pbrctl/Attributes.h"
 #include "pbrctl/JsonReader.h"
 
 #include <map>

@@ -6,9 +6,8 @@
 #include "Vyx/NboAttrLog/Link.h"
 #include "Vyx/NboAttrLog/Peer.h"
 #include "Vyx/StreamAdapter.h"
-#include "frame/AttributeFlags.h"
+#include "pbrctl/Attributes.h"
 #include "pbrctl/Diagnostics.h"
-#include "pbrctl/EntityJson.h"
 #include "pbrctl/LogValues.h"
 
 #include <algorithm>
