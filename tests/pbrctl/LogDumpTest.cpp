@@ -1,4 +1,7 @@
+#include "Agent.h"
 #include "Program.h"
+
+#include "Pbr/Pbr.h"
 
 #include <csignal>
 #include <fstream>
@@ -52,6 +55,26 @@ TEST_F(LogDumpTest, EveryByteIsShownOnce) {
   }
   EXPECT_NE(std::string::npos, last.find("checksum"));
   EXPECT_EQ(contentOf(recording()).size(), next + 4);
+}
+
+// Its text is longer than a message.
+TEST_F(LogDumpTest, ShowsTheTextsOfAStatusPieceByPiece) {
+  Program server({"serve", "--socket", socket()});
+  server.waitFor("serving");
+  auto const status = Pbr::statusFactory("pbr");
+  status->statusIs("edge")->messageIs(Vyx::String8(std::string(40000, 'm')));
+  status->statusIs("core")->messageIs("all is well");
+  Agent agent({Vyx::NboAttrLog::UnixAddress{socket()}, std::chrono::seconds(20)}, "pbr/status", status);
+  EXPECT_TRUE(agent.settle());
+  Program watcher({"watch", "status", "--socket", socket(), "--record", recording()});
+  watcher.waitFor("end ");
+  EXPECT_EQ(0, watcher.end(SIGTERM));
+  Ran const ran = run({"log", "dump", recording()});
+  EXPECT_EQ(0, ran.exitCode) << ran.err;
+  for (char const* const part :
+       {"(the first, more follow)", "(goes on, the last)", "(the first, the last)", "  'all is well'\n"})
+    EXPECT_NE(std::string::npos, ran.out.find(part)) << part << " isn't in\n" << ran.out;
+  EXPECT_EQ(std::string::npos, ran.out.find("unknown")) << ran.out;
 }
 
 TEST_F(LogDumpTest, TellsWhereBytesAreWrong) {
