@@ -83,6 +83,7 @@ private:
   void onHello(Link& link) override;
   void onMessage(Link& link, In& in) override;
   void onRoom(Link& link) override;
+  bool wantsTurn() const override { return !demuxer_->failure().empty(); }
   void onClosed(Link& link, Closing const& closing) override;
 
   void handleControl(In& in);
