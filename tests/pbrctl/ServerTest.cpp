@@ -202,6 +202,24 @@ TEST_F(ServerTest, AStatusThatAnAgentBringsReachesTheWatcher) {
   EXPECT_EQ(8, json["entities"][0]["l2AdjKey"]);
 }
 
+// An agent's text may hold anything.
+TEST_F(ServerTest, WhatDoesNotPrintIsToldEscaped) {
+  Program watcher({"watch", "status", "--socket", socket()});
+  auto const status = Pbr::statusFactory("pbr");
+  Agent agent(remote(), "pbr/status", status);
+  EXPECT_TRUE(agent.settle());
+  watcher.waitFor("end     pbr/status\n");
+  status->statusIs("a\nb")->messageIs("\x1b[2J");
+  EXPECT_TRUE(agent.settle());
+  watcher.waitFor("update  pbr/status.status[a\\x0ab].message = \\x1b[2J\n");
+}
+
+TEST(Remote, ARefusalIsToldInTheServersWordsFitToBeShown) {
+  RemoteError const error = refusal("pbr/config", "no \x1b[2J");
+  EXPECT_EQ(1, error.exitCode);
+  EXPECT_EQ("refused by the server: pbr/config: no \\x1b[2J", error.text);
+}
+
 TEST_F(ServerTest, ACheckpointIsKeptWhenItsAgentHasGone) {
   auto const checkpoint = Pbr::checkpointStatusFactory("pbr");
   {
