@@ -3,23 +3,29 @@
 #pragma once
 
 #include "Vyx/GenericIfEntity.h"
-#include "Vyx/Ptr.h"
+#include "Vyx/ValueGenericIf.h"
 
 namespace frame {
 
 // Forwards what it hears to its reflection object, while there is one.
 template <class X> class GenericIfAdapter : public X::Notifiee {
 public:
-  explicit GenericIfAdapter(Vyx::GenericIf* to) : to_(to) {}
-  void genericIfIs(Vyx::GenericIf* to) { to_ = to; }
+  explicit GenericIfAdapter(Vyx::GenericIfEntity* to) : to_(to) {}
+  void genericIfIs(Vyx::GenericIfEntity* to) { to_ = to; }
 
 protected:
   void forward(Vyx::AttributeId id) {
-    if (to_) to_->vyxForward(id);
+    if (to_) to_->vyxForwardChange(id, nullptr);
+  }
+  template <class Key> void forward(Vyx::AttributeId id, Key const& key) {
+    if (!to_) return;
+    Vyx::Ptr<Vyx::GenericIf const> wrapped;
+    if (to_->hasChangeListener()) wrapped = Vyx::wrap<Key>(key);
+    to_->vyxForwardChange(id, wrapped);
   }
 
 private:
-  Vyx::GenericIf* to_; // Not counted: the reflection object holds the adapter.
+  Vyx::GenericIfEntity* to_; // Not counted: the reflection object holds the adapter.
 };
 
 // `Self` is X::GenericIf_, with the nested GenericIf_Adapter_.
@@ -28,7 +34,8 @@ public:
   using Vyx::GenericIfEntity::GenericIfEntity;
   ~EntityGenericIf() override { drop(); }
 
-  // A registered reflection object hears of every change by onAttribute(id).
+  // A registered reflection object hears of every change by onAttribute(id), its change listener by
+  // onChange(id, key).
   void isRegisteredNotifieeIs(bool registered) const override {
     if (registered == static_cast<bool>(adapter_)) return;
     if (!registered) {

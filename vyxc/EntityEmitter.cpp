@@ -241,7 +241,7 @@ void EntityEmitter::reactors() {
     out_.access("public");
     if (isFirstOfLine(type_)) out_.line("virtual void onIsNondestructing() {}");
     for (auto const& entry : entries)
-      out_.line(entry.isOfRoot ? entry.signature + " override {}" : "virtual " + entry.signature + " {}");
+      out_.line(entry.isOfRoot ? entry.signature() + " override {}" : "virtual " + entry.signature() + " {}");
     out_.blank();
   }
   out_.access("protected");
@@ -291,13 +291,15 @@ void EntityEmitter::adapter() {
   std::vector<EntityType const*> line;
   for (auto const* type = &type_; !type->isRoot(); type = type->base) line.insert(line.begin(), type);
   constexpr std::uint32_t kIsNondestructing = 6;
-  std::vector<ReactorEntry> entries{{"void onIsNondestructing()", kIsNondestructing, false}};
+  std::vector<ReactorEntry> entries{{"onIsNondestructing", {}, kIsNondestructing, false}};
   for (auto const* type : line) {
     auto const own = reactorEntries(*type, cpp_);
     entries.insert(entries.end(), own.begin(), own.end());
   }
   for (auto const& entry : entries) {
-    out_.function(entry.signature + " override", "forward(" + std::to_string(entry.id) + ");");
+    bool const hasKey = !entry.keyType.empty();
+    out_.function(entry.signature(hasKey ? "key" : "") + " override",
+                  "forward(" + std::to_string(entry.id) + (hasKey ? ", key);" : ");"));
   }
   out_.close("};");
   out_.close("};");

@@ -64,13 +64,13 @@ std::vector<ReactorEntry> reactorEntries(EntityType const& type, CppTypes const&
   std::vector<ReactorEntry> result;
   for (auto const& attribute : type.attributes) {
     if (!hasReactorEntry(attribute)) continue;
-    auto const entry = "void " + Namer::entry(attribute.name);
+    auto const entry = Namer::entry(attribute.name);
     if (isKeyedByReactor(attribute)) {
       auto const key = attribute.keyType ? cpp.argument(*attribute.keyType) : std::string("unsigned int");
-      result.push_back({entry + "(" + key + ")", attribute.id, false});
-      result.push_back({"void " + Namer::immediateEntry(attribute.name) + "()", attribute.id, false});
+      result.push_back({entry, key, attribute.id, false});
+      result.push_back({Namer::immediateEntry(attribute.name), {}, attribute.id, false});
     }
-    result.push_back({entry + "()", attribute.id, isEntryOfRoot(Namer::entry(attribute.name))});
+    result.push_back({entry, {}, attribute.id, isEntryOfRoot(entry)});
   }
   std::stable_sort(result.begin(), result.end(),
                    [](ReactorEntry const& a, ReactorEntry const& b) { return a.id < b.id; });

@@ -17,9 +17,15 @@ inline bool isFirstOfLine(EntityType const& type) { return type.base->isRoot(); 
 bool isKeyedByReactor(Attribute const& attribute);
 bool hasReactorEntry(Attribute const& attribute);
 
-// One entry of a reactor interface, without `virtual`.
+// One entry of a reactor interface.
 struct ReactorEntry {
-  std::string signature;
+  // Without `virtual`. The key has the name that is given.
+  std::string signature(std::string const& key = {}) const {
+    return "void " + name + "(" + keyType + (key.empty() ? "" : " ") + key + ")";
+  }
+
+  std::string name;
+  std::string keyType; // As it is passed; empty for an entry without a key.
   std::uint32_t id;
   bool isOfRoot; // Vyx::Entity's reactors have it already; it takes no new slot.
 };

@@ -1,14 +1,16 @@
 #include "pbrctl/ChangePrinter.h"
 
+#include "pbrctl/Diagnostics.h"
+
 #include <ostream>
 
 namespace Pbrctl {
 
 void printChange(Change const& change, std::ostream& out) {
   std::string const kind = kindName(change.kind);
-  out << kind << std::string(9 - kind.size(), ' ') << change.path();
-  if (change.kind == Change::Kind::set) out << " = " << change.value;
-  if (!change.about.empty()) out << "   (" << change.about << ")";
+  out << kind << std::string(9 - kind.size(), ' ') << escaped(change.path());
+  if (change.kind == Change::Kind::set) out << " = " << escaped(change.value);
+  if (!change.about.empty()) out << "   (" << escaped(change.about) << ")";
   out << '\n';
 }
 

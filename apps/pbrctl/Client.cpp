@@ -2,6 +2,7 @@
 
 #include "Vyx/NboAttrLog/ConnectionException.h"
 #include "Vyx/NboAttrLog/Connector.h"
+#include "pbrctl/Diagnostics.h"
 #include "pbrctl/Io.h"
 
 namespace Pbrctl {
@@ -10,6 +11,10 @@ using namespace Vyx::NboAttrLog;
 
 std::string socketText(Address const& address) {
   return (std::holds_alternative<TcpAddress>(address) ? "tcp:" : "") + addressText(address);
+}
+
+RemoteError refusal(Vyx::Name const& path, std::string const& words) {
+  return {kRefused, "refused by the server: " + escaped(path.view()) + ": " + escaped(words)};
 }
 
 Client::Client(Remote const& remote)
@@ -30,10 +35,10 @@ Client::~Client() {
 }
 
 template <class Condition> bool Client::holdsInTime(Condition condition) {
-  auto const decided = [&] { return condition() || !refused_.empty() || peer_->hasEnded(); };
+  auto const decided = [&] { return condition() || refused_ || peer_->hasEnded(); };
   auto const now = Clock::now();
   loop_.runUntil(decided, until_ > now ? until_ - now : Duration::zero());
-  if (!refused_.empty()) throw RemoteError{kRefused, "refused by the server: " + refused_};
+  if (refused_) throw *refused_;
   if (condition()) return true;
   if (peer_->hasEnded()) throw RemoteError{kUnreachable, "the connection has ended: " + ended_};
   return false;
@@ -44,7 +49,7 @@ void Client::noAnswer() const {
 }
 
 void Client::onRefused(Peer&, Vyx::Name const& path, std::string const& words) {
-  refused_ = std::string(path.view()) + ": " + words;
+  refused_ = refusal(path, words);
 }
 
 Vyx::Ptr<Vyx::Entity> Client::mount(ServedRoot const& root, MountMode mode) {

@@ -41,7 +41,7 @@ private:
   Vyx::Ptr<Vyx::NboAttrLog::Roots> roots_;
   Vyx::Ptr<Peer> peer_;
   Vyx::Name synced_;
-  std::string refused_;
+  std::optional<RemoteError> refused_;
   std::string ended_;
   unsigned long long answered_ = 0;
 };

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "Pbr/Pbr.h"
 #include "pbrctl/TreeWatch.h"
 
 #include <vector>

@@ -2,7 +2,7 @@
 
 #include "Vyx/GenericIfEntity.h"
 #include "Vyx/ValueGenericIf.h"
-#include "frame/AttributeFlags.h"
+#include "pbrctl/Attributes.h"
 #include "pbrctl/JsonReader.h"
 
 #include <algorithm>
@@ -123,36 +123,6 @@ private:
 };
 
 } // namespace
-
-bool isState(VyxAttr const& attr) {
-  return (attr.flags().low & frame::kStored) && (attr.flags().low & frame::kData) && attr.ops();
-}
-bool isNamedByValue(VyxAttr const& attr) {
-  return std::any_of(attr.arguments().begin(), attr.arguments().end(),
-                     [](VyxAttr::Argument const& argument) { return argument.name == Vyx::Name(kName); });
-}
-bool isKeyed(VyxAttr const& attr) { return attr.flags().low & frame::kKeyed; }
-bool isOwning(VyxAttr const& attr) { return attr.flags().high & frame::kParentMakes; }
-bool isReference(VyxAttr const& attr) {
-  return (attr.flags().low & frame::kPointsAtEntity) && !isOwning(attr);
-}
-
-bool hasMembers(VyxType const& type) {
-  if (type.isEntity()) return false;
-  for (VyxType::AttributeQIteratorConst at(type); at; ++at)
-    if (isKeyed(*at)) return true;
-  return false;
-}
-
-VyxType const& keyTypeOf(VyxAttr const& attr) {
-  return attr.keyAttr() ? *attr.keyAttr()->valueType() : *attr.keyType();
-}
-
-std::string plainText(GenericIf const& value) {
-  std::string text(value.strRep().view());
-  bool const inQuotes = text.size() >= 2 && text.front() == '\'' && text.back() == '\'';
-  return value.type()->isEnumType() && inQuotes ? text.substr(1, text.size() - 2) : text;
-}
 
 nlohmann::json entityDocument(Vyx::Entity const& root) { return Writer().document(root); }
 

@@ -2,8 +2,7 @@
 
 #include "Vyx/GenericIfEntity.h"
 #include "Vyx/ValueGenericIf.h"
-#include "frame/AttributeFlags.h"
-#include "pbrctl/EntityJson.h"
+#include "pbrctl/Attributes.h"
 #include "pbrctl/JsonCursor.h"
 #include "pbrctl/JsonReader.h"
 
@@ -147,7 +146,7 @@ private:
         collection(value, self, *attr);
       else if (isOwning(*attr))
         child(value, self, *attr, "", nullptr);
-      else if (!(attr->flags().high & frame::kFixed))
+      else if (!isFixed(*attr))
         single(value, self, *attr);
       else if (!isTaken(type, attr->name(), given))
         value.error("this follows from something else, and isn't said");

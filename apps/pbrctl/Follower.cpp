@@ -70,7 +70,7 @@ void Follower::record() {
 }
 
 void Follower::onRefused(Peer&, Vyx::Name const& path, std::string const& words) {
-  failure_ = RemoteError{kRefused, "refused by the server: " + std::string(path.view()) + ": " + words};
+  failure_ = refusal(path, words);
 }
 
 void Follower::onEnded(Peer&, Closing const& closing) {

@@ -2,8 +2,7 @@
 //
 // Invariants:
 // (1) What was brought by a connection that has ended is kept. When a root is brought again, only what
-// differs
-//     from it is told.
+//     differs from it is told.
 
 #pragma once
 

@@ -5,10 +5,11 @@
 #include "Vyx/NboAttrLog/Hello.h"
 #include "Vyx/NboAttrLog/Link.h"
 #include "Vyx/NboAttrLog/Peer.h"
+#include "Vyx/NboAttrLog/TextPieceFlags.h"
 #include "Vyx/StreamAdapter.h"
-#include "frame/AttributeFlags.h"
+#include "Vyx/TypeOf.h"
+#include "pbrctl/Attributes.h"
 #include "pbrctl/Diagnostics.h"
-#include "pbrctl/EntityJson.h"
 #include "pbrctl/LogValues.h"
 
 #include <algorithm>
@@ -316,8 +317,25 @@ void LogDump::attribute(MsgHeader const& header) {
   if (header.attrId < 0) return;
   if (isReference(*attr))
     entityId("entity id", nullptr);
+  else if (attr->valueType() == Vyx::typeOf<Vyx::String8>() && !isKeyed(*attr))
+    textPiece();
   else
     value("value", attr->valueType());
+}
+
+// An empty text has nothing at all.
+void LogDump::textPiece() {
+  if (in_.remaining() == 0) return;
+  field("flags", [](In& in) {
+    unsigned const flags = in.nextU8();
+    return std::pair(std::to_string(flags), std::string(flags & kFirstPiece ? "the first" : "goes on") +
+                                                (flags & kMoreFollow ? ", more follow" : ", the last"));
+  });
+  field("run", [](In& in) {
+    std::string run(in.remaining(), '\0');
+    in.bytesTo(run.data(), run.size());
+    return std::pair(inQuotes(run), std::string());
+  });
 }
 
 VyxType const* LogDump::typeOf(EntityId const& id) const {

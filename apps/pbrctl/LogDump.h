@@ -36,6 +36,7 @@ private:
   void constructorValues();
   void attribute(Vyx::NboAttrLog::MsgHeader const& header);
   void announcement(Vyx::VyxAttr const& attr);
+  void textPiece();
   std::uint8_t section(std::size_t& end);
   void typeNames();
 

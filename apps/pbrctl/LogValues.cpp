@@ -2,14 +2,18 @@
 
 #include "Pbr/Pbr.h"
 #include "Vyx/NboAttrLog/ValueCodec.h"
-#include "Vyx/TypeOf.h"
-#include "pbrctl/Watcher.h"
+#include "Vyx/ValueGenericIf.h"
+#include "pbrctl/Attributes.h"
+
+#include <map>
 
 namespace Pbrctl {
 
 namespace {
 
 using Vyx::NboAttrLog::In;
+
+template <class T> std::string textOf(T const& value) { return plainText(*Vyx::wrap(value)); }
 
 template <class T> std::string readText(In& in) {
   T const value = Vyx::NboAttrLog::read<T>(in);

@@ -1,7 +1,7 @@
 #include "pbrctl/PathAccess.h"
 
 #include "Vyx/TypeOf.h"
-#include "frame/AttributeFlags.h"
+#include "pbrctl/Attributes.h"
 #include "pbrctl/Diagnostics.h"
 
 #include <cmath>
@@ -51,18 +51,11 @@ std::vector<Step> stepsOf(std::string_view path) {
   }
 }
 
-bool isKeyed(VyxAttr const& attr) { return (attr.flags().low & frame::kKeyed) != 0; }
-bool isEntity(VyxAttr const& attr) { return (attr.flags().low & frame::kPointsAtEntity) != 0; }
-
 VyxAttr const& attributeOf(GenericIf const& object, std::string const& name) {
   VyxAttr const* const attr = object.type()->attr(Vyx::Name(name));
   if (!attr || !attr->ops())
     fail(std::string(object.type()->fullTypeName().charPtr()) + " has no attribute " + inQuotes(name));
   return *attr;
-}
-
-Vyx::VyxType const& keyTypeOf(VyxAttr const& attr) {
-  return attr.keyAttr() ? *attr.keyAttr()->valueType() : *attr.keyType();
 }
 
 // The key of a step as reflection takes it; null where the step has none.
@@ -86,7 +79,7 @@ Object member(GenericIf& object, VyxAttr const& attr, Step const& step) {
 Object ownerOf(Object object, std::vector<Step> const& steps) {
   for (std::size_t i = 0; i + 1 < steps.size(); ++i) {
     VyxAttr const& attr = attributeOf(*object, steps[i].attribute);
-    if (!isEntity(attr)) fail(inQuotes(steps[i].attribute) + " is a value; nothing lies below it");
+    if (!holdsEntities(attr)) fail(inQuotes(steps[i].attribute) + " is a value; nothing lies below it");
     if (isKeyed(attr) && !steps[i].key)
       fail(inQuotes(steps[i].attribute) + " is a collection and needs a key");
     object = member(*object, attr, steps[i]);
@@ -97,26 +90,19 @@ Object ownerOf(Object object, std::vector<Step> const& steps) {
 
 std::string textOf(VyxAttr const& attr, Object const& value) {
   if (!value) return "none";
-  return (isEntity(attr) ? "-> " : "") + std::string(value->strRep().view());
-}
-
-// Enumerators have quotes in their text form; as keys they read without them as well.
-std::string keyText(GenericIf const& key) {
-  std::string text(key.strRep().view());
-  bool const inQuotes = text.size() >= 2 && text.front() == '\'' && text.back() == '\'';
-  return key.type()->isEnumType() && inQuotes ? text.substr(1, text.size() - 2) : text;
+  return (holdsEntities(attr) ? "-> " : "") + std::string(value->strRep().view());
 }
 
 void addMembers(GenericIf const& object, VyxAttr const& attr, Lines& lines) {
   for (auto at = object.attributeIteratorConst(attr.id()); at; ++at)
-    lines.push_back(std::string(attr.name().view()) + "[" + keyText(*at.key()) +
+    lines.push_back(std::string(attr.name().view()) + "[" + plainText(*at.key()) +
                     "] = " + textOf(attr, at.value()));
 }
 
 Lines attributesOf(GenericIf& object) {
   Lines lines;
   for (Vyx::VyxType::AttributeQIteratorConst at(*object.type()); at; ++at) {
-    if ((at->flags().low & frame::kData) == 0 || at->id() == 0 || !at->ops()) continue;
+    if (!isData(*at) || at->id() == 0 || !at->ops()) continue;
     if (isKeyed(*at))
       addMembers(object, *at, lines);
     else
@@ -156,7 +142,7 @@ std::vector<std::string> PathAccess::get(std::string_view path) const {
       return lines;
     }
     Object const value = member(*owner, attr, steps.back());
-    if (value && isEntity(attr)) return attributesOf(*value);
+    if (value && holdsEntities(attr)) return attributesOf(*value);
     return {value ? std::string(value->strRep().view()) : "none"};
   });
 }
@@ -167,7 +153,7 @@ void PathAccess::set(std::string_view path, std::string const& value) const {
     if (steps.empty()) fail("the root takes no value");
     Object const owner = ownerOf(root_, steps);
     VyxAttr const& attr = attributeOf(*owner, steps.back().attribute);
-    if (isEntity(attr)) fail(inQuotes(steps.back().attribute) + " holds entities and takes no value");
+    if (holdsEntities(attr)) fail(inQuotes(steps.back().attribute) + " holds entities and takes no value");
     if (isKeyed(attr) && !steps.back().key)
       fail(inQuotes(steps.back().attribute) + " is a collection and needs a key");
     Object const index = indexOf(attr, steps.back());

@@ -4,6 +4,7 @@
 
 #include "Vyx/NboAttrLog/Address.h"
 #include "Vyx/NboAttrLog/Source.h"
+#include "Vyx/String8.h"
 
 #include <string>
 
@@ -19,6 +20,9 @@ struct RemoteError {
   int exitCode;
   std::string text;
 };
+
+// That the server doesn't give what is under the path; the words are its own.
+RemoteError refusal(Vyx::Name const& path, std::string const& words);
 
 // As the option --socket has it.
 std::string socketText(Vyx::NboAttrLog::Address const& address);

@@ -9,8 +9,6 @@ namespace Pbrctl {
 
 namespace {
 
-constexpr auto kTurn = std::chrono::seconds(60); // How long one turn may sleep; a signal wakes it.
-
 Vyx::Ptr<Pbr::Config> configFrom(std::string const& file, Io io) {
   if (file.empty()) return Pbr::configFactory("pbr");
   auto const loaded = loadTree(file, io);

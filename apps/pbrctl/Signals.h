@@ -8,6 +8,9 @@
 
 namespace Pbrctl {
 
+// How long a turn of a command may sleep that these signals end; they wake it.
+inline constexpr Vyx::NboAttrLog::Duration kTurn = std::chrono::seconds(60);
+
 // While it lives, SIGTERM and SIGINT wake the loop and are remembered.
 // REQUIRES: one at a time; it ends before the loop.
 class EndSignals {

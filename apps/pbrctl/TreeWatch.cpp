@@ -1,22 +1,8 @@
 #include "pbrctl/TreeWatch.h"
 
-#include "pbrctl/RootWatches.h"
+#include "pbrctl/EntityWatcher.h"
 
 namespace Pbrctl {
-
-namespace {
-
-Reactor watchRootOf(Vyx::Ptr<Vyx::Entity> const& root, ChangeSink const& sink, std::string path) {
-  if (auto const config = Vyx::dynamicPtrCast<Pbr::Config>(root))
-    return watchConfig(*config, sink, std::move(path));
-  if (auto const status = Vyx::dynamicPtrCast<Pbr::Status>(root))
-    return watchStatus(*status, sink, std::move(path));
-  if (auto const checkpoint = Vyx::dynamicPtrCast<Pbr::CheckpointStatus>(root))
-    return watchCheckpoint(*checkpoint, sink, std::move(path));
-  return {};
-}
-
-} // namespace
 
 std::string Change::path() const {
   std::string const to = entity.empty() ? attribute : entity + "." + attribute;
@@ -36,7 +22,8 @@ char const* kindName(Change::Kind kind) {
 }
 
 TreeWatch::TreeWatch(Vyx::Ptr<Vyx::Entity> const& root, ChangeSink sink, std::string path)
-    : sink_(std::move(sink)), reactor_(watchRootOf(root, sink_, std::move(path))) {}
+    : sink_(std::move(sink)), root_(std::make_unique<EntityWatcher>(root->fwkType()->genericIf(root), sink_,
+                                                                    std::move(path), nullptr)) {}
 
 TreeWatch::~TreeWatch() = default;
 

@@ -1,11 +1,12 @@
-// Reactors on a whole tree: every notification of every entity in it, children that appear later included,
-// is noted with its path.
+// Reactors on a whole tree of entities of any type: every notification of every entity in it, children that
+// appear later included, is noted with its path.
 
 #pragma once
 
-#include "Pbr/Pbr.h"
+#include "Vyx/Entity.h"
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -34,12 +35,13 @@ char const* kindName(Change::Kind kind);
 
 using ChangeSink = std::function<void(Change const&)>;
 
-// Holds the reactors of one entity and, through them, those of all that lies below.
+class EntityWatcher;
+
 class TreeWatch {
 public:
   // `path` stands in front of every path that the sink hears.
   // ORDER: the sink hears in the order of the notifications. What is there already isn't told.
-  // REQUIRES: a configuration, a status or a checkpoint.
+  // REQUIRES: the root's type is one that a schema declares.
   TreeWatch(Vyx::Ptr<Vyx::Entity> const& root, ChangeSink sink, std::string path = {});
   ~TreeWatch();
   TreeWatch(TreeWatch const&) = delete;
@@ -47,7 +49,7 @@ public:
 
 private:
   ChangeSink sink_;
-  Vyx::Ptr<Vyx::PtrInterface> reactor_;
+  std::unique_ptr<EntityWatcher> root_;
 };
 
 } // namespace Pbrctl

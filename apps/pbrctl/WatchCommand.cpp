@@ -1,4 +1,5 @@
 #include "pbrctl/Commands.h"
+#include "pbrctl/Diagnostics.h"
 #include "pbrctl/Follower.h"
 #include "pbrctl/Served.h"
 #include "pbrctl/Signals.h"
@@ -8,8 +9,6 @@
 namespace Pbrctl {
 
 namespace {
-
-constexpr auto kTurn = std::chrono::seconds(60); // How long one turn may sleep; a signal wakes it.
 
 // ORDER: one line each, numbered from 1, flushed by the turn of the loop.
 class EventPrinter final : public Follower::Listener {
@@ -46,7 +45,7 @@ private:
     io_.out << event.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
   }
   void line(std::string const& type, std::string const& text) {
-    io_.out << type << std::string(8 - type.size(), ' ') << text << '\n';
+    io_.out << type << std::string(8 - type.size(), ' ') << escaped(text) << '\n';
   }
 
   bool json_;

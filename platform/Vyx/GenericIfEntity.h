@@ -8,6 +8,16 @@ namespace Vyx {
 
 class GenericIfEntity : public GenericIf {
 public:
+  // Hears what a registered object hears, with the member that it is about.
+  class ChangeListener {
+  public:
+    // `key` is that of the member which has come, changed or gone; null where the attribute has no members.
+    virtual void onChange(AttributeId id, Ptr<GenericIf const> const& key) = 0;
+
+  protected:
+    ~ChangeListener() = default;
+  };
+
   explicit GenericIfEntity(Ptr<Entity> entity) : GenericIf(false), entity_(std::move(entity)) {}
   // On a const instance every modifying operation is refused.
   explicit GenericIfEntity(Ptr<Entity const> const& entity)
@@ -27,8 +37,16 @@ public:
   String8 strRep() const override { return entity_->fullName(); }
   std::uint32_t hash() const override;
 
+  // Null for none. REQUIRES: the listener is taken off before it ends.
+  void changeListenerIs(ChangeListener* listener) { changeListener_ = listener; }
+  bool hasChangeListener() const { return changeListener_; }
+
+  // A change of the entity reached its adapter. ORDER: as GenericIf's, then the change listener.
+  void vyxForwardChange(AttributeId id, Ptr<GenericIf const> const& key);
+
 private:
   Ptr<Entity> entity_;
+  ChangeListener* changeListener_ = nullptr;
 };
 
 } // namespace Vyx

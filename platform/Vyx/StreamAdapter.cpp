@@ -293,13 +293,17 @@ void leaveLogsOfAdapters(ReactorList const& reactors) {
   }
 }
 
-void Entity::VyxNboAttrLogSa::onNotificationException(AttributeId) {
+void Entity::VyxNboAttrLogSa::onNotificationException(AttributeId aid) {
   try {
     throw;
   } catch (ReadOnlyException const&) {
     throw;
   } catch (std::exception const& error) {
-    if (NboAttrLog::Demuxer* demuxer = vyxDemuxer()) demuxer->failureIs(error.what());
+    NboAttrLog::Demuxer* const demuxer = vyxDemuxer();
+    Entity const* const entity = vyxNotifierEntity();
+    if (!demuxer || !entity) return;
+    demuxer->failureIs(entity->attributeString(aid) + String8(" of ") + entity->fullName() + String8(": ") +
+                       String8(error.what()));
   }
 }
 

@@ -5,6 +5,7 @@
 #include "pbrctl/EntityReader.h"
 #include "support/TreeText.h"
 
+#include <algorithm>
 #include <cmath>
 #include <nlohmann/json.hpp>
 
@@ -75,6 +76,11 @@ protected:
     EXPECT_EQ("", ran.out);
     EXPECT_EQ(0u, ran.err.find(file.path() + ":1:")) << ran.err;
     return ran.err.substr(std::min(ran.err.find("error: "), ran.err.size()));
+  }
+  static std::string differences(Vyx::Entity const& before, Vyx::Entity const& after) {
+    TestFile const first("a.json", written(before));
+    TestFile const second("b.json", written(after));
+    return run({"diff", first.path(), second.path(), "--as", "status"}).out;
   }
   static Json& classMap(Json& document) { return document["tree"]["pbrClassMapStatus"][kId]; }
 };
@@ -159,6 +165,39 @@ TEST_F(EntityFileTest, DiffTellsWhatDiffers) {
   EXPECT_EQ("pbrctl: no differences\n", run({"diff", before.path(), before.path(), "--as", "status"}).err);
   auto const json = Json::parse(run({"diff", before.path(), after.path(), "--as", "status", "--json"}).out);
   EXPECT_EQ(false, json["equal"]);
+}
+
+// A class map in front takes the first number, and the number of what the others refer to is another then.
+TEST_F(EntityFileTest, DiffComparesWhatIsReferredTo) {
+  auto const changed = fullStatus();
+  changed->pbrClassMapStatusIs("FIRST", Kest::UniqueId(0, 0, 1))
+      ->nexthopIndexAndL2AdjKeyIs(nexthopsOf("10.0.0.9"));
+  std::string const out = differences(*fullStatus(), *changed);
+  EXPECT_EQ(std::string::npos, out.find("- ")) << out;
+  EXPECT_EQ(std::string::npos, out.find(kId)) << out;
+  EXPECT_NE(std::string::npos, out.find(".nexthopIndexAndL2AdjKey.nexthopIndex = \"17\"\n")) << out;
+}
+
+TEST_F(EntityFileTest, DiffTellsAChangeOfASharedEntityAtEachReference) {
+  auto const changed = fullStatus();
+  auto const map = changed->pbrClassMapStatus(Kest::UniqueId(1, 2, 3));
+  const_cast<Pbr::NexthopIndexAndL2AdjKey&>(*map->nexthopIndexAndL2AdjKey()).l2AdjKeyIs(5);
+  std::string const out = differences(*fullStatus(), *changed);
+  for (char const* const id : {kId, kOther}) {
+    std::string const path = std::string("pbrClassMapStatus[") + id + "].nexthopIndexAndL2AdjKey.l2AdjKey = ";
+    EXPECT_NE(std::string::npos, out.find("- " + path + "18446744073709551614\n+ " + path + "5\n")) << out;
+  }
+  EXPECT_EQ(4, std::count(out.begin(), out.end(), '\n')) << out;
+}
+
+TEST_F(EntityFileTest, DiffTellsTwoOfEqualContentFromOne) {
+  auto const changed = fullStatus();
+  changed->pbrClassMapStatus(Kest::UniqueId(4, 5, 6))->nexthopIndexAndL2AdjKeyIs(nexthopsOf("10.0.0.1"));
+  std::string const path = std::string("pbrClassMapStatus[") + kOther + "].nexthopIndexAndL2AdjKey = ";
+  std::string const type = "\"Pbr::NexthopIndexAndL2AdjKey\"";
+  EXPECT_EQ("- " + path + type + ", the same as pbrClassMapStatus[" + kId + "].nexthopIndexAndL2AdjKey\n+ " +
+                path + type + "\n",
+            differences(*fullStatus(), *changed));
 }
 
 TEST_F(EntityFileTest, RefusesUnknownEnumerators) {

@@ -1,7 +1,15 @@
+#include "Agent.h"
 #include "Program.h"
+
+#include "Pbr/Pbr.h"
+
+#include "pbrctl/Attributes.h"
+#include "pbrctl/LogValues.h"
+#include "pbrctl/Served.h"
 
 #include <csignal>
 #include <fstream>
+#include <set>
 
 namespace Pbrctl {
 namespace {
@@ -52,6 +60,54 @@ TEST_F(LogDumpTest, EveryByteIsShownOnce) {
   }
   EXPECT_NE(std::string::npos, last.find("checksum"));
   EXPECT_EQ(contentOf(recording()).size(), next + 4);
+}
+
+// Its text is longer than a message.
+TEST_F(LogDumpTest, ShowsTheTextsOfAStatusPieceByPiece) {
+  Program server({"serve", "--socket", socket()});
+  server.waitFor("serving");
+  auto const status = Pbr::statusFactory("pbr");
+  status->statusIs("edge")->messageIs(Vyx::String8(std::string(40000, 'm')));
+  status->statusIs("core")->messageIs("all is well");
+  Agent agent({Vyx::NboAttrLog::UnixAddress{socket()}, std::chrono::seconds(20)}, "pbr/status", status);
+  EXPECT_TRUE(agent.settle());
+  Program watcher({"watch", "status", "--socket", socket(), "--record", recording()});
+  watcher.waitFor("end ");
+  EXPECT_EQ(0, watcher.end(SIGTERM));
+  Ran const ran = run({"log", "dump", recording()});
+  EXPECT_EQ(0, ran.exitCode) << ran.err;
+  for (char const* const part :
+       {"(the first, more follow)", "(goes on, the last)", "(the first, the last)", "  'all is well'\n"})
+    EXPECT_NE(std::string::npos, ran.out.find(part)) << part << " isn't in\n" << ran.out;
+  EXPECT_EQ(std::string::npos, ran.out.find("unknown")) << ran.out;
+}
+
+// All types that the values of a tree with such a root have.
+void addValueTypes(Vyx::VyxType const& type, std::set<Vyx::VyxType const*>& types,
+                   std::set<Vyx::VyxType const*>& seen) {
+  if (!seen.insert(&type).second) return;
+  for (Vyx::Name const& name : type.constructorArgTypeQ()) types.insert(Vyx::VyxType::typeByName(name));
+  for (Vyx::VyxType::AttributeQIteratorConst at(type); at; ++at) {
+    if (!isState(*at)) continue;
+    if (isKeyed(*at)) types.insert(&keyTypeOf(*at));
+    if (holdsEntities(*at))
+      addValueTypes(*at->valueType(), types, seen);
+    else
+      types.insert(at->valueType());
+  }
+}
+
+// Reading itself fails, since there is no message.
+TEST(LogValues, EveryTypeThatCrossesALogCanBeRead) {
+  std::set<Vyx::VyxType const*> types;
+  std::set<Vyx::VyxType const*> seen;
+  for (ServedRoot const& root : servedRoots()) addValueTypes(*root.type(), types, seen);
+  EXPECT_LT(20u, types.size());
+  Vyx::NboAttrLog::In in;
+  for (Vyx::VyxType const* type : types) {
+    ASSERT_NE(nullptr, type);
+    EXPECT_THROW(static_cast<void>(readLogValue(*type, in)), Vyx::Exception) << type->fullTypeName();
+  }
 }
 
 TEST_F(LogDumpTest, TellsWhereBytesAreWrong) {

@@ -1,8 +1,7 @@
+#include "Agent.h"
 #include "Program.h"
 #include "Trees.h"
 
-#include "Vyx/NboAttrLog/Connector.h"
-#include "pbrctl/Client.h"
 #include "pbrctl/Server.h"
 
 #include <csignal>
@@ -177,46 +176,6 @@ TEST_F(ServerTest, WrongUseIsToldApart) {
   EXPECT_EQ(2, run({"show", "config", "--socket", "tcp:nowhere"}).exitCode);
 }
 
-// An agent: brings a root, and changes it.
-class Agent : private Peer::Watcher {
-public:
-  Agent(Remote const& remote, char const* path, Vyx::Ptr<Vyx::Entity> const& root)
-      : roots_(Vyx::ptrFromNew(new Roots)),
-        peer_(Vyx::ptrFromNew(
-            new Peer(connectWithin(remote.address, remote.timeout), Demuxer::connecting, roots_, this))) {
-    peer_->publish(path, root);
-    peer_->loopIs(loop_);
-  }
-  ~Agent() {
-    peer_->watcherDel();
-    peer_->end("done");
-  }
-
-  // Until the server has applied what was written, or the connection has ended.
-  void settle() {
-    loop_.runUntil([&] { return !ended_.empty() || (wasReady_ && !peer_->demuxer()->hasQueued()); },
-                   Program::kPatience);
-    if (!ended_.empty()) return;
-    auto const number = peer_->probe();
-    EXPECT_TRUE(loop_.runUntil([&] { return answered_ >= number || !ended_.empty(); }, Program::kPatience));
-  }
-  std::string const& refused() const { return refused_; }
-
-private:
-  void onReady(Peer&) override { wasReady_ = true; }
-  void onAnswer(Peer&, unsigned long long number) override { answered_ = number; }
-  void onRefused(Peer&, Vyx::Name const&, std::string const& words) override { refused_ = words; }
-  void onEnded(Peer&, Closing const& closing) override { ended_ = closing.words; }
-
-  Loop loop_;
-  Vyx::Ptr<Roots> roots_;
-  Vyx::Ptr<Peer> peer_;
-  bool wasReady_ = false;
-  unsigned long long answered_ = 0;
-  std::string refused_;
-  std::string ended_;
-};
-
 TEST_F(ServerTest, AStatusThatAnAgentBringsReachesTheWatcher) {
   Program watcher({"watch", "status", "--socket", socket()});
   auto const status = Pbr::statusFactory("pbr");
@@ -227,11 +186,11 @@ TEST_F(ServerTest, AStatusThatAnAgentBringsReachesTheWatcher) {
   nexthops->l2AdjKeyIs(7);
   classMap->nexthopIndexAndL2AdjKeyIs(nexthops);
   Agent agent(remote(), "pbr/status", status);
-  agent.settle();
+  EXPECT_TRUE(agent.settle());
   watcher.waitFor("end     pbr/status\n");
   nexthops->l2AdjKeyIs(8);
   classMap->actionTypeIs(Pbr::nexthopAction);
-  agent.settle();
+  EXPECT_TRUE(agent.settle());
   std::string const text = watcher.waitFor(".actionType = nexthopAction\n");
   std::string const path = "pbr/status.pbrClassMapStatus[00000001-0002-0003]";
   EXPECT_NE(std::string::npos, text.find("update  " + path + "\n")) << text;
@@ -243,13 +202,31 @@ TEST_F(ServerTest, AStatusThatAnAgentBringsReachesTheWatcher) {
   EXPECT_EQ(8, json["entities"][0]["l2AdjKey"]);
 }
 
+// An agent's text may hold anything.
+TEST_F(ServerTest, WhatDoesNotPrintIsToldEscaped) {
+  Program watcher({"watch", "status", "--socket", socket()});
+  auto const status = Pbr::statusFactory("pbr");
+  Agent agent(remote(), "pbr/status", status);
+  EXPECT_TRUE(agent.settle());
+  watcher.waitFor("end     pbr/status\n");
+  status->statusIs("a\nb")->messageIs("\x1b[2J");
+  EXPECT_TRUE(agent.settle());
+  watcher.waitFor("update  pbr/status.status[a\\x0ab].message = \\x1b[2J\n");
+}
+
+TEST(Remote, ARefusalIsToldInTheServersWordsFitToBeShown) {
+  RemoteError const error = refusal("pbr/config", "no \x1b[2J");
+  EXPECT_EQ(1, error.exitCode);
+  EXPECT_EQ("refused by the server: pbr/config: no \\x1b[2J", error.text);
+}
+
 TEST_F(ServerTest, ACheckpointIsKeptWhenItsAgentHasGone) {
   auto const checkpoint = Pbr::checkpointStatusFactory("pbr");
   {
     Agent agent(remote(), "pbr/checkpoint", checkpoint);
     auto const map = checkpoint->checkpointAgentStatusIs("agent")->pmapCkptStatusIs("P");
     map->ckptTimestampIs(1.5);
-    agent.settle();
+    EXPECT_TRUE(agent.settle());
   }
   Ran const ran = run({"show", "checkpoint", "--socket", socket()});
   EXPECT_EQ(0, ran.exitCode) << ran.err;
@@ -263,17 +240,17 @@ TEST_F(ServerTest, WhoFollowsARootThatIsReplacedConnectsAgainAndSeesTheNewOne) {
   first->statusIs("old");
   {
     Agent agent(remote(), "pbr/status", first);
-    agent.settle();
+    EXPECT_TRUE(agent.settle());
     watcher.waitFor("end     pbr/status\n");
   }
   auto const second = Pbr::statusFactory("second");
   second->statusIs("new");
   Agent agent(remote(), "pbr/status", second);
-  agent.settle();
+  EXPECT_TRUE(agent.settle());
   std::string const text = watcher.waitFor("lost    pbr/status\nbegin   pbr/status\n");
   EXPECT_EQ(1u, countOf(text, "lost    "));
   second->statusIs("later");
-  agent.settle();
+  EXPECT_TRUE(agent.settle());
   EXPECT_NE(std::string::npos, watcher.waitFor("pbr/status.status[later]").find("pbr/status.status[new]"));
 }
 
@@ -281,12 +258,12 @@ TEST_F(ServerTest, ASecondAgentIsRefused) {
   auto const first = Pbr::checkpointStatusFactory("pbr");
   auto const second = Pbr::checkpointStatusFactory("pbr");
   Agent agent(remote(), "pbr/checkpoint", first);
-  agent.settle();
+  EXPECT_TRUE(agent.settle());
   Agent other(remote(), "pbr/checkpoint", second);
-  other.settle();
+  EXPECT_TRUE(other.settle());
   EXPECT_NE(std::string::npos, other.refused().find("brings it already")) << other.refused();
   first->checkpointAgentStatusIs("agent");
-  agent.settle();
+  EXPECT_TRUE(agent.settle());
   EXPECT_NE(std::string::npos, run({"show", "checkpoint", "--socket", socket()}).out.find("agent"));
 }
 

@@ -171,6 +171,59 @@ TEST(ReflectionAdapter, ConstInstanceHearsToo) {
   EXPECT_THAT(listener->ids, ElementsAre(388));
 }
 
+// A registered reflection object whose change listener notes ids and keys.
+class ChangeListening final : public Vyx::GenericIfEntity::ChangeListener {
+public:
+  explicit ChangeListening(Vyx::Ptr<Vyx::Entity> const& entity)
+      : object_(Vyx::dynamicPtrCast<Vyx::GenericIfEntity>(on(entity))) {
+    object_->changeListenerIs(this);
+    object_->isRegisteredNotifieeIs(true);
+  }
+  ~ChangeListening() { off(); }
+  void off() { object_->changeListenerIs(nullptr); }
+  void markForDeletion() { object_->vyxMarkedForDeletionIs(true); }
+  std::string take() { return std::exchange(heard_, {}); }
+
+private:
+  void onChange(AttributeId id, Vyx::Ptr<GenericIf const> const& key) override {
+    heard_ += std::to_string(id) + (key ? "[" + std::string(key->strRep().view()) + "]" : "") + " ";
+  }
+  Vyx::Ptr<Vyx::GenericIfEntity> object_;
+  std::string heard_;
+};
+
+TEST(ReflectionAdapter, AChangeListenerHearsTheKeyOfAMember) {
+  auto const action = newAction();
+  ChangeListening listener(action);
+  action->nexthopIs("10.0.0.1", true);
+  action->recursiveIs(true);
+  action->nexthopDel("10.0.0.1");
+  EXPECT_EQ("387[10.0.0.1] 388 387[10.0.0.1] ", listener.take());
+}
+
+TEST(ReflectionAdapter, AChangeListenerHearsTheKeyOfAChild) {
+  auto const container = Pbr::pbrActionContainerFactory("Pbr");
+  ChangeListening listener(container);
+  container->fwdActionIs("web", UniqueId(1, 0, 0), Pbr::dropAction);
+  EXPECT_EQ("258[00000001-0000-0000] ", listener.take());
+}
+
+TEST(ReflectionAdapter, AChangeListenerThatIsOffHearsNothing) {
+  auto const action = newAction();
+  ChangeListening listener(action);
+  listener.off();
+  action->nexthopIs("10.0.0.1", true);
+  EXPECT_EQ("", listener.take());
+}
+
+TEST(ReflectionAdapter, AChangeListenerOfAnObjectMarkedForDeletionHearsNothing) {
+  auto const action = newAction();
+  ChangeListening listener(action);
+  listener.markForDeletion();
+  action->recursiveIs(true);
+  EXPECT_EQ("", listener.take());
+}
+
 // Asks for the rest of a notification in the order in which it comes.
 class Stepping final : public GenericIf {
 public:

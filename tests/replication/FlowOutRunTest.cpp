@@ -488,8 +488,8 @@ TEST_F(FlowOutRunTest, StoppedWalkStopsTheRunEvenIfThereIsRoomAgain) {
 TEST(FlowOutSlots, OperationsStandInTheirOrder) {
   using Forward = FlowOut::ForwardRefIterator;
   using Aborts = FlowOut::PendingAbortIterator;
-  std::size_t const first = slotOf(&FlowOut::hasDirtyAttributes);
-  expectSlotsFrom(first, {first,
+  std::size_t const first = slotCount<Vyx::PtrInterface>();
+  expectSlotsFrom(first, {slotOf(&FlowOut::hasDirtyAttributes),
                           slotOf<Ptr<StreamAdapter> (FlowOut::*)(unsigned)>(&FlowOut::forwardRefDel),
                           slotOf<Ptr<StreamAdapter> (FlowOut::*)(Forward&)>(&FlowOut::forwardRefDel),
                           slotOf(&FlowOut::forwardRefNotify),

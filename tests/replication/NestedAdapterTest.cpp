@@ -188,7 +188,7 @@ TEST_F(NestedAdapterTest, FailureWhileAChildIsJoinedLeavesNothingOwedAndIsActive
   log.message("8000000000000003 00000102 11 8000000000000003");
   adapter->flagIs(StreamAdapter::isActiveFlag, true);
   container->fwdActionIs("web", id, Pbr::nexthopAction);
-  EXPECT_EQ("entity id 8000000000000003 is in use", log.demuxer->failure());
+  EXPECT_EQ("fwdAction of Pbr: entity id 8000000000000003 is in use", log.demuxer->failure());
   EXPECT_FALSE(adapter->flag(StreamAdapter::isActiveFlag));
   EXPECT_FALSE(adapter->flowOut());
 }

@@ -504,7 +504,7 @@ TEST_F(StreamAdapterTest, RevivedReactorDoesntWakeItsStreamAdapter) {
 
 TEST(StreamAdapterSlots, OverriddenOperationsFollowEachOther) {
   using Base = StreamAdapter;
-  std::size_t const first = slotOf(&Base::handleAttrFlowOut);
+  std::size_t const first = slotCount<Vyx::PtrInterface::NotifieeConst>();
   std::size_t const constEntity = slotOf<Vyx::Entity const* (Base::*)() const>(&Base::vyxNotifierEntity);
   std::size_t const entity = slotOf<Vyx::Entity* (Base::*)()>(&Base::vyxNotifierEntity);
   expectSlotsFrom(

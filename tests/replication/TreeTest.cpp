@@ -33,13 +33,19 @@ TEST_F(TreeTest, AChangeOfAScalarArrives) {
   EXPECT_TRUE(copy()->bgpPbrRedirect());
 }
 
-TEST_F(TreeTest, WhatCantBeWrittenEndsTheLink) {
+TEST_F(TreeTest, WhatCantBeWrittenEndsTheLinkWithItsPlace) {
   mount();
   auto const action = config->pbrActions()->fwdActionIs("web", Kest::UniqueId(1, 2, 3), Pbr::nexthopAction);
   settle();
+  EXPECT_EQ(kNever, server.peer->link()->nextDeadline());
   action->nexthopGroupIs(Vyx::Name(std::string(kDefaultMaxLength + 1, 'x')));
-  run([&] { return server.peer->hasEnded(); });
-  EXPECT_NE("", server.ended);
+  EXPECT_EQ(Instant::min(), server.peer->link()->nextDeadline()) << "the loop would wait for something else";
+  loop.turn(std::chrono::seconds(20));
+  EXPECT_TRUE(server.peer->hasEnded());
+  EXPECT_EQ("pipe: nexthopGroup of pbr.pbrActions.fwdAction[00000001-0002-0003]: message of 1048594 bytes is "
+            "longer "
+            "than 1048576",
+            server.ended);
 }
 
 // Only then an entity is found by it without naming a log.

@@ -104,6 +104,7 @@ void Link::expire(Instant now) {
 Instant Link::nextDeadline() const {
   if (state_ == State::ended) return kNever;
   if (state_ == State::ending || isUnsendable_) return Instant::min();
+  if (receiver_ && receiver_->wantsTurn()) return Instant::min();
   return state_ == State::hello ? helloUntil_ : kNever;
 }
 

@@ -3,11 +3,11 @@
 // Invariants:
 // (1) The first bytes each way are a hello; until the peer's has come and is understood, no message goes out.
 // (2) What goes wrong with one link ends that link and nothing else. Its receiver then hears onClosed once,
-// and nothing
-//     after it. The peer is told the words if it takes them at once.
+//     and nothing after it. The peer is told the words if it takes them at once.
 // (3) A link holds at most the Out's capacity and one message, and the In's largest frame. Nothing here
-// waits. (4) onRoom and onClosed come from calls of the loop or of `end`, never from within the writing of a
-// message.
+//     waits.
+// (4) onRoom and onClosed come from calls of the loop or of `end`, never from within the writing of a
+//     message.
 
 #pragma once
 

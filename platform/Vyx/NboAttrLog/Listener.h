@@ -24,10 +24,9 @@ struct ListenerOptions {
 
 // Invariants:
 // (1) The socket file of a Unix-domain address has mode 0660 from its first moment, and its peers can connect
-// from
-//     its first moment; it goes when the listener ends, unless it was replaced by then.
+//     from its first moment; it goes when the listener ends, unless it was replaced by then.
 // (2) A socket file that nobody serves any more is replaced; one that is served, or another kind of file, is
-// not.
+//     not.
 class Listener final : public Source {
 public:
   using Take = std::function<void(std::unique_ptr<Transport>)>;

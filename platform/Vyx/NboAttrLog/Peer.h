@@ -8,8 +8,7 @@
 //
 // Invariants:
 // (1) A root that came from the peer is kept when the connection ends, with state `lost`; the next one that
-// is
-//     announced for its path is the same entity again, if it is made with the same values.
+//     is announced for its path is the same entity again, if it is made with the same values.
 // (2) What one message says is applied whole or not at all; one that can't be applied ends the connection.
 
 #pragma once
@@ -83,6 +82,7 @@ private:
   void onHello(Link& link) override;
   void onMessage(Link& link, In& in) override;
   void onRoom(Link& link) override;
+  bool wantsTurn() const override { return !demuxer_->failure().empty(); }
   void onClosed(Link& link, Closing const& closing) override;
 
   void handleControl(In& in);

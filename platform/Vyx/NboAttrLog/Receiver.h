@@ -36,6 +36,8 @@ public:
   // There is room again, after a writer has found too little of it. Comes from the loop, never within a
   // write.
   virtual void onRoom(Link& link) { static_cast<void>(link); }
+  // Whether the loop is not to wait before it comes to the end of its turn.
+  virtual bool wantsTurn() const { return false; }
   // The last call. Never comes within a write either.
   virtual void onClosed(Link& link, Closing const& closing) = 0;
 

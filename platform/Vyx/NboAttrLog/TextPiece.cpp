@@ -1,15 +1,16 @@
 #include "Vyx/NboAttrLog/TextPiece.h"
 
 #include "Vyx/NboAttrLog/Exceptions.h"
+#include "Vyx/NboAttrLog/TextPieceFlags.h"
 
 #include <algorithm>
 
 namespace Vyx {
 
-namespace {
+using NboAttrLog::kFirstPiece;
+using NboAttrLog::kMoreFollow;
 
-constexpr unsigned char kFirst = 1;
-constexpr unsigned char kMoreFollows = 2;
+namespace {
 
 // What a piece costs beside its run.
 constexpr std::size_t kAround = 64;
@@ -34,7 +35,7 @@ Ptr<Connection::Out> const& operator<<(Ptr<Connection::Out> const& out, String8:
   std::size_t const room = std::max(out->room(), kAround + kShortestRun) - kAround;
   std::size_t const run = std::min({text.size() - at.position(), room, kLongestTextPiece});
   unsigned char const flags = static_cast<unsigned char>(
-      (at.position() == 0 ? kFirst : 0) | (at.position() + run < text.size() ? kMoreFollows : 0));
+      (at.position() == 0 ? kFirstPiece : 0) | (at.position() + run < text.size() ? kMoreFollow : 0));
   out->append(&flags, 1);
   out->append(text.data() + at.position(), run);
   at.positionIs(at.position() + run);
@@ -44,15 +45,15 @@ Ptr<Connection::Out> const& operator<<(Ptr<Connection::Out> const& out, String8:
 Ptr<Connection::In> const& operator>>(Ptr<Connection::In> const& in, TextIterator& at) {
   unsigned char flags = 0;
   in->bytesTo(&flags, 1);
-  if (flags > (kFirst | kMoreFollows))
+  if (flags > (kFirstPiece | kMoreFollow))
     throwProtocolException(format("flags 0x%02x of a piece of text are unknown", flags));
-  if (flags & kFirst)
+  if (flags & kFirstPiece)
     at.restart();
   else if (at.position() == 0)
     throwProtocolException("a piece of text continues none");
   std::string run(in->remaining(), '\0');
   in->bytesTo(run.data(), run.size());
-  at.add(run, flags & kMoreFollows);
+  at.add(run, flags & kMoreFollow);
   return in;
 }
 

@@ -23,17 +23,17 @@ public:
   public:
     using GenericIfAdapter::GenericIfAdapter;
     void onIsNondestructing() override { forward(6); }
-    void onAnimal(Vyx::Name) override { forward(258); }
+    void onAnimal(Vyx::Name key) override { forward(258, key); }
     void onAnimalvyxImmediate() override { forward(258); }
     void onAnimal() override { forward(258); }
     void onLoudest() override { forward(259); }
-    void onGuest(Kest::UniqueId const&) override { forward(260); }
+    void onGuest(Kest::UniqueId const& key) override { forward(260, key); }
     void onGuestvyxImmediate() override { forward(260); }
     void onGuest() override { forward(260); }
-    void onOpening(unsigned char) override { forward(261); }
+    void onOpening(unsigned char key) override { forward(261, key); }
     void onOpeningvyxImmediate() override { forward(261); }
     void onOpening() override { forward(261); }
-    void onFood(Vyx::Name) override { forward(262); }
+    void onFood(Vyx::Name key) override { forward(262, key); }
     void onFoodvyxImmediate() override { forward(262); }
     void onFood() override { forward(262); }
   };

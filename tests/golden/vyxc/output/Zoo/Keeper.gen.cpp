@@ -21,7 +21,7 @@ public:
   public:
     using GenericIfAdapter::GenericIfAdapter;
     void onIsNondestructing() override { forward(6); }
-    void onTask(unsigned int) override { forward(259); }
+    void onTask(unsigned int key) override { forward(259, key); }
     void onTaskvyxImmediate() override { forward(259); }
     void onTask() override { forward(259); }
     void onFavourite() override { forward(260); }

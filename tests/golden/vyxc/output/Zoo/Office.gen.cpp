@@ -24,13 +24,13 @@ public:
   public:
     using GenericIfAdapter::GenericIfAdapter;
     void onIsNondestructing() override { forward(6); }
-    void onKeeper(Kest::UniqueId const&) override { forward(258); }
+    void onKeeper(Kest::UniqueId const& key) override { forward(258, key); }
     void onKeepervyxImmediate() override { forward(258); }
     void onKeeper() override { forward(258); }
-    void onCage(Vyx::Name) override { forward(259); }
+    void onCage(Vyx::Name key) override { forward(259, key); }
     void onCagevyxImmediate() override { forward(259); }
     void onCage() override { forward(259); }
-    void onKitchen(Diet) override { forward(260); }
+    void onKitchen(Diet key) override { forward(260, key); }
     void onKitchenvyxImmediate() override { forward(260); }
     void onKitchen() override { forward(260); }
     void onAviary() override { forward(261); }
