@@ -65,6 +65,17 @@ TEST_F(HashMapTest, OneBucketTakesEveryKey) {
   EXPECT_EQ("0 2 1 3", keysOf(map));
 }
 
+TEST_F(HashMapTest, FourThenSixteenMembersNeedNoMoreBuckets) {
+  std::string buckets;
+  for (unsigned key = 0; key < 65; ++key) {
+    std::uint32_t const before = map.buckets();
+    enter(map, key);
+    if (map.buckets() != before)
+      buckets += std::to_string(map.count()) + ":" + std::to_string(map.buckets()) + " ";
+  }
+  EXPECT_EQ("5:8 17:32 33:64 65:128 ", buckets);
+}
+
 TEST_F(HashMapTest, BucketIsTheTopBitsOfTheReversedHash) {
   fill(8);
   ASSERT_EQ(8U, map.buckets());
