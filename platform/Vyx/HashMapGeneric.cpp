@@ -50,6 +50,12 @@ void HashMapGeneric::emptyAllBucketsG(VTable const&, std::size_t link, int) {
   }
 }
 
+void HashMapGeneric::expect(std::uint32_t members) {
+  std::uint32_t buckets = buckets_;
+  while (capacityOf(buckets) < members) buckets = widerThan(buckets);
+  if (count_ == 0 && buckets != buckets_) arrayIs(newArray(buckets), buckets);
+}
+
 HashMapGeneric::Head* HashMapGeneric::newArray(std::uint32_t buckets) {
   auto* const array = static_cast<Head*>(::operator new(buckets * sizeof(Head)));
   for (std::uint32_t i = 0; i < buckets; ++i) new (&array[i]) Head();

@@ -56,6 +56,9 @@ public:
   // Raises the index to the next bucket that isn't empty. RETURNS its head, or null.
   PtrInterface* findNextBucketG(int* bucket) const { return nextHead(bucket, 0); }
   void emptyAllBucketsG(VTable const& table, std::size_t link, int);
+  // Grows an empty table at once to what so many members will make of it. Places found before are no longer
+  // good.
+  void expect(std::uint32_t members);
 
   std::uint32_t bucketOf(std::uint32_t reversed) const { return buckets_ == 1 ? 0 : reversed >> shift_; }
   PtrInterface* head(std::uint32_t bucket) const { return bucketArray_[bucket].ptr(); }
@@ -97,9 +100,12 @@ protected:
   // The same, and asks for the members that come later.
   PtrInterface* nextFarHead(int* bucket, std::size_t link) const noexcept;
 
-  std::uint32_t capacity() const {
-    if (buckets_ == kFirstBuckets) return 2 * kFirstBuckets;
-    return buckets_ == 1 ? kFirstCapacity : buckets_;
+  static std::uint32_t capacityOf(std::uint32_t buckets) {
+    if (buckets == kFirstBuckets) return 2 * kFirstBuckets;
+    return buckets == 1 ? kFirstCapacity : buckets;
+  }
+  static std::uint32_t widerThan(std::uint32_t buckets) {
+    return buckets == 1 ? kFirstBuckets : 2 * capacityOf(buckets);
   }
   Head& headRef(std::uint32_t bucket) const { return bucketArray_[bucket]; }
 
@@ -113,7 +119,7 @@ protected:
 
   // `hashOf` tells the reversed hash of a member.
   template <class HashOf> void maybeGrow(std::size_t link, HashOf const& hashOf) {
-    if (__builtin_expect(count_ > capacity(), false)) grow(link, hashOf);
+    if (__builtin_expect(count_ > capacityOf(buckets_), false)) grow(link, hashOf);
   }
   void unlink(std::size_t link, std::uint32_t bucket, PtrInterface const* member) {
     Head* at = &bucketArray_[bucket];
@@ -151,7 +157,7 @@ private:
 };
 
 template <class HashOf> void HashMapGeneric::grow(std::size_t link, HashOf const& hashOf) {
-  std::uint32_t const wider = buckets_ == 1 ? kFirstBuckets : 2 * capacity();
+  std::uint32_t const wider = widerThan(buckets_);
   std::uint32_t const shift = 32 - static_cast<std::uint32_t>(__builtin_ctz(wider));
   Head* const array = newArray(wider);
   for (std::uint32_t i = 0; i < buckets_; ++i) {
