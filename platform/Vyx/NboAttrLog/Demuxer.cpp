@@ -1,5 +1,6 @@
 #include "Vyx/NboAttrLog/Demuxer.h"
 
+#include "Vyx/AskFor.h"
 #include "Vyx/NboAttrLog/Exceptions.h"
 #include "Vyx/ReactorList.h"
 #include "Vyx/VyxType.h"
@@ -13,16 +14,8 @@ namespace {
 
 constexpr unsigned long long kAcceptingHalf = 1ULL << 63;
 
-constexpr std::size_t kCacheLine = 64;
 // What is read of an entity when one of its first attributes is set.
 constexpr std::size_t kEntityBytes = 3 * kCacheLine;
-
-// Memory anywhere, and none for null.
-void askFor(void const* object, std::size_t bytes) {
-  auto const* const at = static_cast<char const*>(object);
-  for (std::size_t i = 0; i < bytes; i += kCacheLine) __builtin_prefetch(at + i);
-  __builtin_prefetch(at + bytes - 1);
-}
 
 } // namespace
 
