@@ -32,8 +32,8 @@ class Run {
 public:
   Run(Vyx::Ptr<Cli::Session::EntityCopy> const& ec, Vyx::Ptr<Config> const& dest,
       Vyx::Ptr<Config const> const& src, Vyx::String8 path)
-      : ec_(ec), dest_(dest), src_(src), path_(std::move(path)), handler_(policyMapCopyHandlerFactory()) {
-    handler_->configIs(dest);
+      : ec_(ec), dest_(dest), src_(src), path_(std::move(path)) {
+    handler_.configIs(dest);
   }
 
   bool all() {
@@ -72,6 +72,11 @@ private:
     return true;
   }
 
+  // An empty table grows once, and not under its members.
+  template <class Attr, class Owner> static void expect(Owner& to, Owner const& from) {
+    Attr::field(to).expect(Attr::field(from).count());
+  }
+
   void leavingClassMaps() {
     auto const to = dest_->cmapType();
     auto const from = src_->cmapType();
@@ -87,10 +92,10 @@ private:
   void classMaps() {
     auto const to = dest_->cmapType();
     auto const from = src_->cmapType();
+    expect<ClassMapTypeConfig::VyxAttrCmap>(*to, *from);
     frame::Beside beside(ClassMapTypeConfig::VyxAttrCmap::field(*to));
     for (auto at = from->cmapIteratorConst(); at; ++at) {
-      auto cmap = beside.find(at.key());
-      if (!cmap) cmap = to->cmapIs(at.key());
+      auto const cmap = beside.findOr(at.key(), [&] { return to->cmapIs(at.key()); });
       Vyx::require(static_cast<bool>(cmap), "cmap", "Pbr/PbrCopy", __LINE__);
       traceCopy(9, __LINE__, kFunction, kFunction, " copying ", at.key());
       changed_ = ec_->doCopyEntityAttrs(cmap, at.member(), path_, nullptr) || changed_;
@@ -130,13 +135,16 @@ private:
     static thread_local Vyx::TextBuffer path("pbr/config.pmapType.pmap.");
     auto const to = dest_->pmapType();
     auto const from = src_->pmapType();
+    if (src_->pbrActions() && dest_->pbrActions()) {
+      expect<PbrActionContainer::VyxAttrFwdAction>(*dest_->pbrActions(), *src_->pbrActions());
+      expect<PbrActionContainer::VyxAttrDscpAction>(*dest_->pbrActions(), *src_->pbrActions());
+    }
     frame::Beside beside(PolicyMapTypeConfig::VyxAttrPmap::field(*to));
     for (auto at = from->pmapIteratorConst(); at; ++at) {
-      auto pmap = beside.find(at.key());
-      if (!pmap) pmap = to->pmapIs(at.key());
+      auto const pmap = beside.findOr(at.key(), [&] { return to->pmapIs(at.key()); });
       Vyx::require(static_cast<bool>(pmap), "pmap", "Pbr/PbrCopy", __LINE__);
       traceCopy(9, __LINE__, kFunction, kFunction, " copying ", at.key());
-      changed_ = handler_->handleEntity(ec_, pmap, at.member(), path.with(at.key().charPtr())) || changed_;
+      changed_ = handler_.handleEntity(ec_, pmap, at.member(), path.with(at.key().charPtr())) || changed_;
     }
   }
 
@@ -144,7 +152,7 @@ private:
   Vyx::Ptr<Config> const& dest_;
   Vyx::Ptr<Config const> const& src_;
   Vyx::String8 path_;
-  Vyx::Ptr<PolicyMapCopyHandler> handler_; // Lives for this run; works on the destination's actions.
+  PolicyMapCopyHandler handler_; // Works on the destination's actions. Nobody else ever holds it.
   bool changed_ = false;
 };
 

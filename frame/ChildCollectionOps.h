@@ -40,22 +40,27 @@ public:
   // Members that the source doesn't have go first; then each of the source's is found or made, and copied.
   bool copy(Vyx::Entity& dest, Vyx::Entity const& src, Vyx::EntityCopier& copier) const override {
     Owner& of = this->owner(dest);
-    Map const& to = Attr::field(of);
+    Map& to = Attr::field(of);
     Map const& from = Attr::field(this->owner(src));
     bool changed = false;
+    if constexpr (requires { to.expect(from.count()); }) to.expect(from.count());
     if (!sameKeys(to, from))
       for (At at(&of, to); at; at.advance())
         if (!from.find(at.key())) changed = static_cast<bool>(memberDelAt<Attr>(of, at)) || changed;
     Beside<Map> beside(to);
     for (typename Map::IteratorConst at(from); at; at.advance()) {
       ChildType const& model = *at.current();
-      Vyx::Ptr<ChildType> child = beside.find(model.fwkKey());
-      if (!child || !sameParameters(*child, model)) {
-        if (child) memberDel<Attr>(of, model.fwkKey());
-        child = Attr::like(of, model);
-        changed = true;
+      bool isNew = false;
+      auto const make = [&] {
+        isNew = true;
+        return Attr::like(of, model);
+      };
+      Vyx::Ptr<ChildType> child = beside.findOr(model.fwkKey(), make);
+      if (!isNew && !sameParameters(*child, model)) {
+        memberDel<Attr>(of, model.fwkKey());
+        child = make();
       }
-      changed = copier.copyEntity(*child, model) || changed;
+      changed = copier.copyEntity(*child, model) || isNew || changed;
     }
     return changed;
   }

@@ -59,9 +59,10 @@ public:
 
   bool copy(Vyx::Entity& dest, Vyx::Entity const& src, Vyx::EntityCopier&) const override {
     Owner& of = this->owner(dest);
-    Map const& to = Attr::field(of);
+    Map& to = Attr::field(of);
     Map const& from = Attr::field(this->owner(src));
-    if (sameValues(to, from)) return false;
+    if (sameValues<Map>(to, from)) return false;
+    if constexpr (requires { to.expect(from.count()); }) to.expect(from.count());
     for (At at(&of, to); at; at.advance())
       if (!from.find(at.key())) valueDelAt<Attr>(of, at);
     for (typename Map::IteratorConst at(from); at; at.advance()) write(of, at.key(), at.current()->value());

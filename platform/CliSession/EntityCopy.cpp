@@ -6,6 +6,7 @@
 
 #include "Cli/Session.h"
 
+#include "Vyx/AskFor.h"
 #include "Vyx/GenericIf.h"
 
 #include <typeinfo>
@@ -30,6 +31,10 @@ Vyx::Ptr<EntityCopyHandler> handlerOf(EntityCopyCustomHandlerTable const* table,
   return entry ? entry->handler() : Vyx::Ptr<EntityCopyHandler>();
 }
 
+// A copy reads all of an entity, a little at each attribute. In a tree that is larger than the caches it
+// would wait for each piece apart.
+constexpr std::size_t kEntityBytes = 4 * Vyx::kCacheLine;
+
 // One copy on its way down the tree.
 class Descent final : public Vyx::EntityCopier {
 public:
@@ -42,6 +47,8 @@ public:
   }
 
   bool copyAttributes(Vyx::Entity& dest, Vyx::Entity const& src) {
+    Vyx::askFor(&src, kEntityBytes);
+    Vyx::askFor(&dest, kEntityBytes);
     Vyx::VyxType const* type = commonType(dest, src);
     if (!type) return false;
     bool changed = false;

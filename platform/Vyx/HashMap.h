@@ -64,7 +64,7 @@ public:
 
   // RETURNS the member of that key, or null.
   T* find(K const& key) const {
-    T* at = chain(reversedHash(key));
+    T* at = static_cast<T*>(this->head(bucketFor(key)));
     while (at && !(at->fwkKey() == key)) at = next(at);
     return at;
   }
@@ -83,7 +83,7 @@ public:
   void newMember(Ptr<T> const& member) { newMember(member, reversedHash<K>(member->fwkKey())); }
   // The same, where `place` was found for the member's key. A place that is no longer good is looked for
   // again.
-  void newMember(Ptr<T> const& member, Place const& place) {
+  void newMember(Ptr<T> member, Place const& place) {
     if (__builtin_expect(place.version == this->version_, true))
       linkMember(*place.link, member);
     else
@@ -97,9 +97,7 @@ public:
     return member;
   }
   // REQUIRES: the member is in this table.
-  void memberDel(Ptr<T> const& member) {
-    this->unlink(link(), reversedHash<K>(member->fwkKey()), member.ptr());
-  }
+  void memberDel(Ptr<T> const& member) { this->unlink(link(), bucketFor(member->fwkKey()), member.ptr()); }
 
   // RETURNS the member of that key, else the next in the table's order, else null.
   T* startAtHash(K const& key) const;
@@ -115,20 +113,23 @@ private:
   // A member derives from PtrInterface alone, so the place in T is the place in the counted base.
   static constexpr std::size_t link() { return offsetof(T, fwkHmNext_); }
 #pragma GCC diagnostic pop
-  T* chain(std::uint32_t reversed) const { return static_cast<T*>(this->head(this->bucketOf(reversed))); }
+  // One bucket asks for no hash.
+  std::uint32_t bucketFor(K const& key) const {
+    return this->buckets() == 1 ? 0 : this->bucketAmong(keyHash(key));
+  }
   static T const* of(PtrInterface const* member) { return static_cast<T const*>(member); }
-  void linkMember(HashLink& at, Ptr<T> const& member);
+  void linkMember(HashLink& at, Ptr<T>& member);
   T* headBehind(int* bucket) const { return static_cast<T*>(this->nextHead(bucket, link())); }
   // Whether the member stands behind the key, which may be in the table or not.
-  static bool isBehind(T const* member, std::uint32_t reversed, K const& key) {
-    std::uint32_t const other = reversedHash<K>(member->fwkKey());
-    return reversed < other || (reversed == other && key < member->fwkKey());
+  static bool isBehind(T const* member, std::uint32_t hash, K const& key) {
+    std::uint32_t const other = keyHash<K>(member->fwkKey());
+    return hash == other ? key < member->fwkKey() : reverseLess(hash, other);
   }
   // RETURNS the first member behind the key, with its bucket, or null.
   T* after(K const& key, int* bucket) const {
-    std::uint32_t const reversed = reversedHash(key);
-    return static_cast<T*>(this->seek(link(), reversed, bucket, [&](PtrInterface const* member) {
-      return isBehind(of(member), reversed, key);
+    std::uint32_t const hash = keyHash(key);
+    return static_cast<T*>(this->seek(link(), bucketFor(key), bucket, [&](PtrInterface const* member) {
+      return isBehind(of(member), hash, key);
     }));
   }
 };
@@ -189,7 +190,7 @@ private:
   [[gnu::noinline]] void advanceSlowly();
   void takeOver() {
     version_ = map_->version();
-    bucket_ = static_cast<int>(map_->bucketOf(reversedHash<K>(key())));
+    bucket_ = static_cast<int>(map_->bucketFor(key()));
   }
 
   std::uint32_t version_ = 0;
@@ -206,42 +207,45 @@ public:
 
 template <class T, class K> void HashMap<T, K>::newMember(Ptr<T> const& member, std::uint32_t reversed) {
   K const& key = member->fwkKey();
+  std::uint32_t const hash = bitReverse(reversed);
   HashLink* at = &this->headRef(this->bucketOf(reversed));
-  for (T* n = static_cast<T*>(at->ptr()); n && !isBehind(n, reversed, key); n = next(n)) at = &n->fwkHmNext_;
-  linkMember(*at, member);
+  for (T* n = static_cast<T*>(at->ptr()); n && !isBehind(n, hash, key); n = next(n)) at = &n->fwkHmNext_;
+  Ptr<T> held(member);
+  linkMember(*at, held);
 }
 
 template <class T, class K> typename HashMap<T, K>::Place HashMap<T, K>::place(K const& key) const {
-  std::uint32_t const reversed = reversedHash(key);
-  HashLink* at = &this->headRef(this->bucketOf(reversed));
+  std::uint32_t const hash = keyHash(key);
+  HashLink* at = &this->headRef(bucketFor(key));
   for (T* n = static_cast<T*>(at->ptr()); n; n = next(n)) {
     K const& there = n->fwkKey();
-    std::uint32_t const other = reversedHash<K>(there);
-    if (reversed < other) break;
-    if (reversed == other) {
+    std::uint32_t const other = keyHash<K>(there);
+    if (hash == other) {
       if (there == key) return {n, at, this->version_};
       if (key < there) break;
+    } else if (reverseLess(hash, other)) {
+      break;
     }
     at = &n->fwkHmNext_;
   }
   return {nullptr, at, this->version_};
 }
 
-// The link is that of the member's place.
-template <class T, class K> void HashMap<T, K>::linkMember(HashLink& at, Ptr<T> const& member) {
+// The link is that of the member's place. The table takes over the caller's hold.
+template <class T, class K> void HashMap<T, K>::linkMember(HashLink& at, Ptr<T>& member) {
   require(!member->fwkHmNext_, "t->fwkHmNext() == 0", "Vyx/HashMap", 352);
-  member->fwkHmNext_ = std::move(at);
-  at = member;
+  member->fwkHmNext_.swap(at);
+  HashLink(std::move(member)).swap(at);
   ++this->count_;
   ++this->version_;
   this->maybeGrow(link(), [](PtrInterface const* m) { return reversedHash<K>(of(m)->fwkKey()); });
 }
 
 template <class T, class K> T* HashMap<T, K>::startAtHash(K const& key) const {
-  std::uint32_t const reversed = reversedHash(key);
+  std::uint32_t const hash = keyHash(key);
   int bucket = -1;
-  return static_cast<T*>(this->seek(link(), reversed, &bucket, [&](PtrInterface const* member) {
-    return of(member)->fwkKey() == key || isBehind(of(member), reversed, key);
+  return static_cast<T*>(this->seek(link(), bucketFor(key), &bucket, [&](PtrInterface const* member) {
+    return of(member)->fwkKey() == key || isBehind(of(member), hash, key);
   }));
 }
 

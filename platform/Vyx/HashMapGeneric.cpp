@@ -14,7 +14,7 @@ PtrInterface* HashMapGeneric::findNextG(VTable const& table, std::size_t link, i
   PtrInterface* found = nullptr;
   if (member) {
     std::uint32_t const reversed = table.hash(member);
-    found = seek(link, reversed, &index, [&](PtrInterface const* at) {
+    found = seek(link, bucketOf(reversed), &index, [&](PtrInterface const* at) {
       std::uint32_t const other = table.hash(at);
       return reversed < other || (reversed == other && table.keyLessThan(key, at));
     });
@@ -25,7 +25,7 @@ PtrInterface* HashMapGeneric::findNextG(VTable const& table, std::size_t link, i
   return found;
 }
 
-PtrInterface* HashMapGeneric::nextFarHead(int* bucket, std::size_t link) const {
+PtrInterface* HashMapGeneric::nextFarHead(int* bucket, std::size_t link) const noexcept {
   for (auto i = static_cast<std::uint32_t>(*bucket + 1); i < buckets_; ++i) {
     askFor(head((i + kAhead) & (buckets_ - 1)), link);
     if (PtrInterface* const found = head(i)) {
@@ -48,6 +48,12 @@ void HashMapGeneric::emptyAllBucketsG(VTable const&, std::size_t link, int) {
       chain = std::move(rest);
     }
   }
+}
+
+void HashMapGeneric::expect(std::uint32_t members) {
+  std::uint32_t buckets = buckets_;
+  while (capacityOf(buckets) < members) buckets = widerThan(buckets);
+  if (count_ == 0 && buckets != buckets_) arrayIs(newArray(buckets), buckets);
 }
 
 HashMapGeneric::Head* HashMapGeneric::newArray(std::uint32_t buckets) {

@@ -12,6 +12,7 @@
 #pragma once
 
 #include "Vyx/BaseCollection.h"
+#include "Vyx/BitReverse.h"
 
 namespace Vyx {
 
@@ -46,7 +47,7 @@ public:
     maybeGrow(link, [&](PtrInterface const* member) { return table.hash(member); });
   }
   void deleteMemberG(VTable const&, std::size_t link, int, std::uint32_t reversed, Head const& member) {
-    unlink(link, reversed, member.ptr());
+    unlink(link, bucketOf(reversed), member.ptr());
   }
   // RETURNS the first member of the table when `member` is null, else the first that follows the key, whether
   // or not that member is still in the table. The bucket of the result is stored where `bucket` points.
@@ -55,6 +56,9 @@ public:
   // Raises the index to the next bucket that isn't empty. RETURNS its head, or null.
   PtrInterface* findNextBucketG(int* bucket) const { return nextHead(bucket, 0); }
   void emptyAllBucketsG(VTable const& table, std::size_t link, int);
+  // Grows an empty table at once to what so many members will make of it. Places found before are no longer
+  // good.
+  void expect(std::uint32_t members);
 
   std::uint32_t bucketOf(std::uint32_t reversed) const { return buckets_ == 1 ? 0 : reversed >> shift_; }
   PtrInterface* head(std::uint32_t bucket) const { return bucketArray_[bucket].ptr(); }
@@ -68,6 +72,9 @@ protected:
 
   // One bucket serves up to this many members; a small collection needs no array.
   static constexpr std::uint32_t kFirstCapacity = 4;
+  // The first array has so many buckets and serves twice as many members, since a walk over a few members
+  // takes as long as it has buckets to look into.
+  static constexpr std::uint32_t kFirstBuckets = 8;
 
   // A walk will soon come to the members so many buckets ahead, and each would have to be waited for.
   static constexpr std::uint32_t kAhead = 8;
@@ -81,8 +88,9 @@ protected:
 
   // What findNextBucketG does, with the place of the link in a member.
   PtrInterface* nextHead(int* bucket, std::size_t link) const {
-    if (__builtin_expect(buckets_ >= kManyBuckets, false)) return nextFarHead(bucket, link);
-    for (auto i = static_cast<std::uint32_t>(*bucket + 1); i < buckets_; ++i)
+    std::uint32_t const end = buckets_;
+    if (__builtin_expect(end >= kManyBuckets, false)) return nextFarHead(bucket, link);
+    for (auto i = static_cast<std::uint32_t>(*bucket + 1); i < end; ++i)
       if (PtrInterface* const found = head(i)) {
         *bucket = static_cast<int>(i);
         return found;
@@ -91,33 +99,46 @@ protected:
     return nullptr;
   }
   // The same, and asks for the members that come later.
-  PtrInterface* nextFarHead(int* bucket, std::size_t link) const;
+  PtrInterface* nextFarHead(int* bucket, std::size_t link) const noexcept;
 
-  std::uint32_t capacity() const { return buckets_ == 1 ? kFirstCapacity : buckets_; }
+  static std::uint32_t capacityOf(std::uint32_t buckets) {
+    if (buckets == kFirstBuckets) return 2 * kFirstBuckets;
+    return buckets == 1 ? kFirstCapacity : buckets;
+  }
+  static std::uint32_t widerThan(std::uint32_t buckets) {
+    return buckets == 1 ? kFirstBuckets : 2 * capacityOf(buckets);
+  }
   Head& headRef(std::uint32_t bucket) const { return bucketArray_[bucket]; }
+
+  // The bucket of a hash that isn't reversed, which takes less. REQUIRES: there is more than one bucket.
+  std::uint32_t bucketAmong(std::uint32_t hash) const {
+    static_assert(kFirstBuckets == 1U << 3);
+    return buckets_ == kFirstBuckets ? bitReverse3(hash) : bitReverse(hash) >> shift_;
+  }
 
   // What the operations above do, for those who know more of a member than its table of operations.
 
   // `hashOf` tells the reversed hash of a member.
   template <class HashOf> void maybeGrow(std::size_t link, HashOf const& hashOf) {
-    if (__builtin_expect(count_ > capacity(), false)) grow(link, hashOf);
+    if (__builtin_expect(count_ > capacityOf(buckets_), false)) grow(link, hashOf);
   }
-  void unlink(std::size_t link, std::uint32_t reversed, PtrInterface const* member) {
-    Head* at = &bucketArray_[bucketOf(reversed)];
+  void unlink(std::size_t link, std::uint32_t bucket, PtrInterface const* member) {
+    Head* at = &bucketArray_[bucket];
     while (*at && at->ptr() != member) at = &linkOf(at->ptr(), link);
     if (!*at) return;
     Foothold::holdAll();
     --count_;
     ++version_;
-    Head const gone = std::move(*at);
-    *at = std::move(linkOf(gone.ptr(), link));
+    Head gone;
+    gone.swap(*at);
+    at->swap(linkOf(gone.ptr(), link));
   }
-  // RETURNS the first member of the bucket that `isPast` says yes to, else the head of the next bucket that
+  // RETURNS the first member of that bucket that `isPast` says yes to, else the head of the next bucket that
   // isn't empty, else null. The bucket of the result, or -1, is stored in `bucket`.
   template <class IsPast>
-  PtrInterface* seek(std::size_t link, std::uint32_t reversed, int* bucket, IsPast const& isPast) const {
-    *bucket = static_cast<int>(bucketOf(reversed));
-    PtrInterface* at = bucketArray_[*bucket].ptr();
+  PtrInterface* seek(std::size_t link, std::uint32_t from, int* bucket, IsPast const& isPast) const {
+    *bucket = static_cast<int>(from);
+    PtrInterface* at = bucketArray_[from].ptr();
     while (at && !isPast(at)) at = linkOf(at, link).ptr();
     return at ? at : nextHead(bucket, link);
   }
@@ -126,7 +147,7 @@ protected:
   std::uint32_t count_ = 0;
 
 private:
-  template <class HashOf> void grow(std::size_t link, HashOf const& hashOf);
+  template <class HashOf> [[gnu::noinline]] void grow(std::size_t link, HashOf const& hashOf);
   static Head* newArray(std::uint32_t buckets);
   void arrayIs(Head* array, std::uint32_t buckets);
 
@@ -137,7 +158,7 @@ private:
 };
 
 template <class HashOf> void HashMapGeneric::grow(std::size_t link, HashOf const& hashOf) {
-  std::uint32_t const wider = buckets_ == 1 ? 2 * kFirstCapacity : 2 * buckets_;
+  std::uint32_t const wider = widerThan(buckets_);
   std::uint32_t const shift = 32 - static_cast<std::uint32_t>(__builtin_ctz(wider));
   Head* const array = newArray(wider);
   for (std::uint32_t i = 0; i < buckets_; ++i) {
@@ -150,9 +171,9 @@ template <class HashOf> void HashMapGeneric::grow(std::size_t link, HashOf const
       std::uint32_t const bucket = hashOf(member) >> shift;
       if (!tail || bucket != last) tail = &array[bucket];
       last = bucket;
-      *tail = std::move(rest);
+      tail->swap(rest);
       tail = &linkOf(member, link);
-      rest = std::move(*tail);
+      rest.swap(*tail);
     }
   }
   arrayIs(array, wider);

@@ -40,6 +40,9 @@ public:
   T& operator*() const { return *p_; }
   explicit operator bool() const { return p_ != nullptr; }
 
+  // Counts nothing.
+  void swap(Ptr& o) noexcept { std::swap(p_, o.p_); }
+
   // Gives up the pointer with its reference.
   T* vyxDetach() noexcept { return std::exchange(p_, nullptr); }
   // Takes over a reference that the caller holds.

@@ -4,6 +4,7 @@
 #include "Kest/UniqueId.h"
 #include "Lomu/IpGenAddr.h"
 #include "Vyx/BitReverse.h"
+#include "support/Random.h"
 #include "support/Records.h"
 #include "support/Walks.h"
 
@@ -107,6 +108,16 @@ TEST(HashMapOrder, HowATableGrewDoesNotShow) {
   EXPECT_LT(1000U, grown.buckets());
   EXPECT_EQ(8U, small.buckets());
   EXPECT_EQ(keysOf(small), keysOf(grown));
+}
+
+TEST(HashMapOrder, HashesCompareAsTheirReversesDo) {
+  Random random;
+  for (int i = 0; i < 1000; ++i) {
+    std::uint32_t const a = random.bits(), b = random.oneIn(4) ? a ^ 1U << random.below(32) : random.bits();
+    EXPECT_EQ(reversedBits(a) < reversedBits(b), Vyx::reverseLess(a, b)) << a << " " << b;
+    EXPECT_FALSE(Vyx::reverseLess(a, a));
+    EXPECT_EQ(reversedBits(a) >> 29, Vyx::bitReverse3(a));
+  }
 }
 
 TEST(HashMapOrder, ReversalIsBitByBit) {

@@ -65,6 +65,39 @@ TEST_F(HashMapTest, OneBucketTakesEveryKey) {
   EXPECT_EQ("0 2 1 3", keysOf(map));
 }
 
+TEST_F(HashMapTest, FourThenSixteenMembersNeedNoMoreBuckets) {
+  std::string buckets;
+  for (unsigned key = 0; key < 65; ++key) {
+    std::uint32_t const before = map.buckets();
+    enter(map, key);
+    if (map.buckets() != before)
+      buckets += std::to_string(map.count()) + ":" + std::to_string(map.buckets()) + " ";
+  }
+  EXPECT_EQ("5:8 17:32 33:64 65:128 ", buckets);
+}
+
+TEST_F(HashMapTest, EmptyMapMakesRoomAtOnce) {
+  for (std::uint32_t members : {0U, 4U, 5U, 16U, 17U, 32U, 33U, 1000U}) {
+    Numbers roomy, grown;
+    roomy.expect(members);
+    std::uint32_t const buckets = roomy.buckets();
+    EXPECT_EQ(0U, roomy.version());
+    for (unsigned key = 0; key < members; ++key) {
+      enter(roomy, key);
+      enter(grown, key);
+    }
+    EXPECT_EQ(buckets, roomy.buckets()) << members;
+    EXPECT_EQ(grown.buckets(), roomy.buckets()) << members;
+    EXPECT_EQ(keysOf(grown), keysOf(roomy)) << members;
+  }
+}
+
+TEST_F(HashMapTest, MapWithMembersGrowsByThemAlone) {
+  fill(1);
+  map.expect(1000);
+  EXPECT_EQ(1U, map.buckets());
+}
+
 TEST_F(HashMapTest, BucketIsTheTopBitsOfTheReversedHash) {
   fill(8);
   ASSERT_EQ(8U, map.buckets());

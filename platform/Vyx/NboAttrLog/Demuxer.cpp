@@ -1,12 +1,12 @@
 #include "Vyx/NboAttrLog/Demuxer.h"
 
+#include "Vyx/AskFor.h"
 #include "Vyx/NboAttrLog/Exceptions.h"
 #include "Vyx/ReactorList.h"
 #include "Vyx/VyxType.h"
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
 
 namespace Vyx::NboAttrLog {
 
@@ -14,17 +14,8 @@ namespace {
 
 constexpr unsigned long long kAcceptingHalf = 1ULL << 63;
 
-constexpr std::size_t kCacheLine = 64;
 // What is read of an entity when one of its first attributes is set.
 constexpr std::size_t kEntityBytes = 3 * kCacheLine;
-
-// Memory anywhere, and none for null, so places are reckoned with numbers.
-void askFor(void const* object, std::size_t bytes) {
-  auto const at = reinterpret_cast<std::uintptr_t>(object);
-  auto const ask = [](std::uintptr_t place) { __builtin_prefetch(reinterpret_cast<void const*>(place)); };
-  for (std::size_t i = 0; i < bytes; i += kCacheLine) ask(at + i);
-  ask(at + bytes - 1);
-}
 
 } // namespace
 
