@@ -24,22 +24,30 @@ template <class Attr, class Sa> bool keepsOwn(Sa const& adapter) {
   return flowIn && flowIn->aid() == Attr::id && flowIn->keepsOwn();
 }
 
+// A change of the other side that was written before it had heard of this one's: both have applied what came,
+// and would end with each other's. The accepting side writes what it holds now, which both then have. Which
+// attribute of the entity was changed isn't kept, so this may restate what wasn't crossed. A walk has its own
+// rules.
+template <class Attr, class Sa, class... Key> void settleCrossing(Sa& adapter, Key const&... key) {
+  if (!hasCrossedOwn(adapter) || adapter.handlingFlowInFor(Attr::id)) return;
+  adapter.flagIs(StreamAdapter::isActiveFlag, false);
+  Attr::tell(adapter, key...);
+}
+
 template <class Attr, class Sa> void applyScalar(Sa& adapter, Message const& message) {
   auto const value = readValue<typename Attr::Type>(message.in, adapter.vyxDemuxer());
   message.in.expectEnd();
-  if (message.isApplied)
-    setValue<Attr>(entityOf(adapter), value);
-  else
-    Attr::tell(adapter);
+  if (!message.isApplied) return Attr::tell(adapter);
+  setValue<Attr>(entityOf(adapter), value);
+  settleCrossing<Attr>(adapter);
 }
 
 template <class Attr, class Sa> void applyReference(Sa& adapter, Message const& message) {
   auto const value = readEntity<typename Attr::Type::element_type>(message.in);
   message.in.expectEnd();
-  if (message.isApplied)
-    setValue<Attr>(entityOf(adapter), value);
-  else
-    Attr::tell(adapter);
+  if (!message.isApplied) return Attr::tell(adapter);
+  setValue<Attr>(entityOf(adapter), value);
+  settleCrossing<Attr>(adapter);
 }
 
 // The text so far waits in the flow in.
@@ -66,6 +74,7 @@ template <class Attr, class Sa> void applyText(Sa& adapter, Message const& messa
   }
   setValue<Attr>(entityOf(adapter), at.text());
   if (flowIn) demuxer->flowInDel(id);
+  settleCrossing<Attr>(adapter);
 }
 
 template <class Attr, class Sa> void applyMember(Sa& adapter, Message const& message) {
@@ -80,6 +89,7 @@ template <class Attr, class Sa> void applyMember(Sa& adapter, Message const& mes
   else
     frame::valueIs<Attr>(of, key, value);
   unmark<Attr>(of, key);
+  settleCrossing<Attr>(adapter, key);
 }
 
 // The key is that of the entity itself.
@@ -93,6 +103,7 @@ template <class Attr, class Sa> void applyReferenceMember(Sa& adapter, Message c
   if (keepsOwn<Attr>(adapter) && Attr::field(of).find(key)) return;
   Attr::write(of, key, value);
   unmark<Attr>(of, key);
+  settleCrossing<Attr>(adapter, key);
 }
 
 // Keys rise from the head of a queue to its end. One that can't follow the end means that what stands there
@@ -112,6 +123,15 @@ template <class Attr, class Sa> void applyQueued(Sa& adapter, Message const& mes
     frame::queueEnter<Attr>(of, key, value);
   }
   unmark<Attr>(of, key);
+  settleCrossing<Attr>(adapter, key);
+}
+
+// Whether this side has made the child since what the other side knew when it wrote: a removal is about the
+// one before.
+template <class Child> bool isNewToPeer(StreamAdapter const& parent, Child const& child) {
+  if (!child) return false;
+  auto const adapter = adapterOf(*child, parent.nboAttrLogOut());
+  return adapter && !adapter->isKnownToPeer();
 }
 
 template <class Attr, class Sa> void applyMemberRemoval(Sa& adapter, Message const& message) {
@@ -119,25 +139,29 @@ template <class Attr, class Sa> void applyMemberRemoval(Sa& adapter, Message con
   message.in.expectEnd();
   if (!message.isApplied) return Attr::tell(adapter, key);
   auto& of = entityOf(adapter);
-  if constexpr (kKind<Attr> == Kind::children)
-    frame::memberDel<Attr>(of, key);
-  else if constexpr (kKind<Attr> == Kind::queue)
-    frame::queueDel<Attr>(of, key);
-  else
-    frame::valueDel<Attr>(of, key);
+  if constexpr (kKind<Attr> == Kind::children) {
+    if (!isNewToPeer(adapter, Attr::field(of).find(key))) frame::memberDel<Attr>(of, key);
+  } else {
+    if constexpr (kKind<Attr> == Kind::queue)
+      frame::queueDel<Attr>(of, key);
+    else
+      frame::valueDel<Attr>(of, key);
+    settleCrossing<Attr>(adapter, key);
+  }
 }
 
 template <class Attr, class Sa> void applyChildRemoval(Sa& adapter, Message const& message) {
   message.in.expectEnd();
-  if (message.isApplied)
-    frame::childDel<Attr>(entityOf(adapter));
-  else
-    Attr::tell(adapter);
+  if (!message.isApplied) return Attr::tell(adapter);
+  auto& of = entityOf(adapter);
+  if (!isNewToPeer(adapter, Attr::field(of))) frame::childDel<Attr>(of);
 }
 
-// Deletes a child. What follows is still the message's doing.
-template <class Attr, class Sa> void giveWay(Sa& adapter, typename Attr::ChildType const& child) {
+// Deletes a child. What follows is still the message's doing. One that the other side hadn't heard of when it
+// wrote may be made there from this side's announcement, although it is gone here: a walk tells what is here.
+template <class Attr, class Sa> void giveWay(Sa& adapter, typename Attr::ChildType& child) {
   auto& of = entityOf(adapter);
+  if (isNewToPeer(adapter, &child)) owe<Attr>(adapter);
   if constexpr (kKind<Attr> == Kind::children)
     frame::memberDel<Attr>(of, typename Attr::Key(child.fwkKey()));
   else

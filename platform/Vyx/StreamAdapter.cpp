@@ -221,6 +221,11 @@ void StreamAdapter::vyxTellHeard() {
   if (demuxer_ && !flag(readOnlyProxyFlag)) demuxer_->tellHeard();
 }
 
+void StreamAdapter::tellHeardOfChange() {
+  owesHeard_ = false;
+  vyxTellHeard();
+}
+
 void StreamAdapter::sendTransactionMarker(AttributeId aid, AttrTransactionType type, unsigned n) {
   if (type == attrTransactionBegin) vyxTellHeard();
   NboAttrLog::MsgHeader header;

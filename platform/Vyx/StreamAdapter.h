@@ -153,6 +153,15 @@ public:
   // accepting side.
   bool hasUnheardMembers() const;
   void vyxMemberWritten(std::uint64_t message) { memberWrittenAt_ = message; }
+  // The last message of this side about a value of the entity; 0 for none.
+  std::uint64_t vyxWrittenAt() const { return writtenAt_; }
+  void vyxWrittenAtIs(std::uint64_t message) { writtenAt_ = message; }
+  // The other side has changed the entity. Who settles changes that cross will want to know whether the next
+  // message was written behind that.
+  void vyxChangedByPeer() { owesHeard_ = true; }
+  void vyxBeforeWriting() {
+    if (__builtin_expect(owesHeard_, false)) tellHeardOfChange();
+  }
 
   void sendTransactionMarker(AttributeId aid, AttrTransactionType type, unsigned n);
   // Writes the mode, which the other side applies.
@@ -194,6 +203,7 @@ private:
 
   bool hasFlowInFor(AttributeId aid) const;
   void leaveLog();
+  void tellHeardOfChange();
 
   PtrInterface const* notifier_ = nullptr;        // Counted, unless weak.
   Entity::NotifieeConst const* listed_ = nullptr; // Not counted.
@@ -205,6 +215,8 @@ private:
   bool hasFlowIn_ = false;
   bool isWritten_ = false; // Everything has been written, or came from the other side, or is owed.
   bool isOrphan_ = false;
+  bool owesHeard_ = false;
+  std::uint64_t writtenAt_ = 0;
   std::unique_ptr<std::vector<void (*)(StreamAdapter&)>> changedOnHold_; // Null for none.
   std::uint64_t announcedAt_ =
       kNever; // This side's first announcement, by its number; 0 if it was the peer's.

@@ -191,6 +191,7 @@ void Peer::handleEntity(In& in, MsgHeader const& header) {
     made_.erase(adapter->entityId().value());
     adapter->doRemountSelf(nullptr);
   } else {
+    if (demuxer_->side() == Demuxer::connecting) adapter->vyxChangedByPeer();
     adapter->handleAttrDeserialization(header.attrId, {}, static_cast<unsigned>(in.payloadBytes()), nullptr);
     if (header.attrId == kSyncModeId) noteSynced();
   }
