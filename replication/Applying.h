@@ -24,14 +24,26 @@ template <class Attr, class Sa> bool keepsOwn(Sa const& adapter) {
   return flowIn && flowIn->aid() == Attr::id && flowIn->keepsOwn();
 }
 
+// Whether an entity of that id was here and is gone. This side has removed it, and the other one hasn't heard
+// of that yet.
+inline bool isLate(StreamAdapter const& adapter, Vyx::EntityId const& coming) {
+  Vyx::NboAttrLog::Demuxer const* const demuxer = adapter.vyxDemuxer();
+  return demuxer && !adapter.flag(StreamAdapter::readOnlyFlag) && demuxer->wasGiven(coming) &&
+         !demuxer->reactor(coming);
+}
+
+// Writes what this side holds, in the middle of applying a message.
+template <class Attr, class Sa, class... Key> void restate(Sa& adapter, Key const&... key) {
+  adapter.flagIs(StreamAdapter::isActiveFlag, false);
+  Attr::tell(adapter, key...);
+}
+
 // A change of the other side that was written before it had heard of this one's: both have applied what came,
 // and would end with each other's. The accepting side writes what it holds now, which both then have. Which
 // attribute of the entity was changed isn't kept, so this may restate what wasn't crossed. A walk has its own
 // rules.
 template <class Attr, class Sa, class... Key> void settleCrossing(Sa& adapter, Key const&... key) {
-  if (!hasCrossedOwn(adapter) || adapter.handlingFlowInFor(Attr::id)) return;
-  adapter.flagIs(StreamAdapter::isActiveFlag, false);
-  Attr::tell(adapter, key...);
+  if (hasCrossedOwn(adapter) && !adapter.handlingFlowInFor(Attr::id)) restate<Attr>(adapter, key...);
 }
 
 template <class Attr, class Sa> void applyScalar(Sa& adapter, Message const& message) {
@@ -42,7 +54,19 @@ template <class Attr, class Sa> void applyScalar(Sa& adapter, Message const& mes
   settleCrossing<Attr>(adapter);
 }
 
+// A reference to what is gone here isn't applied; the other side gets this one's instead. RETURNS whether the
+// reference that stands next is one.
+template <class Attr, class Sa, class... Key>
+bool refuseLateReference(Sa& adapter, In& in, Key const&... key) {
+  std::size_t const position = in.position();
+  if (!isLate(adapter, in.nextEntityId())) return in.positionIs(position), false;
+  in.expectEnd();
+  restate<Attr>(adapter, key...);
+  return true;
+}
+
 template <class Attr, class Sa> void applyReference(Sa& adapter, Message const& message) {
+  if (refuseLateReference<Attr>(adapter, message.in)) return;
   auto const value = readEntity<typename Attr::Type::element_type>(message.in);
   message.in.expectEnd();
   if (!message.isApplied) return Attr::tell(adapter);
@@ -95,6 +119,7 @@ template <class Attr, class Sa> void applyMember(Sa& adapter, Message const& mes
 // The key is that of the entity itself.
 template <class Attr, class Sa> void applyReferenceMember(Sa& adapter, Message const& message) {
   auto const key = readValue<typename Attr::Key>(message.in, adapter.vyxDemuxer());
+  if (refuseLateReference<Attr>(adapter, message.in, key)) return;
   auto const value = readEntity<typename Attr::Type::element_type>(message.in);
   message.in.expectEnd();
   if (!message.isApplied) return Attr::tell(adapter, key);
@@ -222,14 +247,6 @@ bool hasCrossed(Sa& adapter, Vyx::EntityId const& coming, [[maybe_unused]] Value
   // One that the other side knew was replaced there on purpose.
   if (adapter.vyxDemuxer()->knowsWhatPeerHeard() && there->isKnownToPeer()) return false;
   return Vyx::NboAttrLog::Demuxer::outranks(there->entityId(), coming);
-}
-
-// Whether an entity of that id was here and is gone. This side has removed it, and the other one hasn't heard
-// of that yet.
-inline bool isLate(StreamAdapter const& adapter, Vyx::EntityId const& coming) {
-  Vyx::NboAttrLog::Demuxer const* const demuxer = adapter.vyxDemuxer();
-  return demuxer && !adapter.flag(StreamAdapter::readOnlyFlag) && demuxer->wasGiven(coming) &&
-         !demuxer->reactor(coming);
 }
 
 template <class Attr, class Sa> void applyAnnouncement(Sa& adapter, Message const& message) {
