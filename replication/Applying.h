@@ -228,9 +228,18 @@ Vyx::Ptr<typename Attr::ChildType> settle(Sa& adapter, Vyx::Ptr<typename Attr::C
   return child;
 }
 
+// Whether this side, which settles changes that cross, has still to announce what it has made under that
+// attribute. While the log is being brought up to date that says nothing: everything is still to be
+// announced.
+template <class Attr, class Sa> bool hasYetToAnnounce(Sa const& adapter) {
+  Vyx::NboAttrLog::Demuxer const* const demuxer = adapter.vyxDemuxer();
+  return demuxer && demuxer->side() == Vyx::NboAttrLog::Demuxer::accepting &&
+         demuxer->phase() == Vyx::NboAttrLog::Demuxer::live && isDirty<Attr>(adapter);
+}
+
 // Looks at the child that stands where one is announced, before anything is changed. RETURNS whether it
-// stands there by an announcement of this side that has crossed the coming one, and stays; the other side
-// replaces its own. THROWS: ProtocolException when another entity has the id.
+// stands there by an announcement of this side that has crossed the coming one, or is owed, and stays; the
+// other side replaces its own. THROWS: ProtocolException when another entity has the id.
 template <class Attr, class Sa, class Values>
 bool hasCrossed(Sa& adapter, Vyx::EntityId const& coming, [[maybe_unused]] Values const& values) {
   Vyx::Ptr<typename Attr::ChildType> child;
@@ -243,7 +252,8 @@ bool hasCrossed(Sa& adapter, Vyx::EntityId const& coming, [[maybe_unused]] Value
   if (user && user->vyxNotifierEntity() != child.ptr())
     Vyx::throwProtocolException(Vyx::format("entity id %llx is in use", coming.value()));
   auto const there = child ? adapterOf(*child, adapter.nboAttrLogOut()) : nullptr;
-  if (!there || !there->flag(StreamAdapter::childAnnouncedFlag)) return false;
+  if (!there || !there->flag(StreamAdapter::childAnnouncedFlag))
+    return child && hasYetToAnnounce<Attr>(adapter);
   // One that the other side knew was replaced there on purpose.
   if (adapter.vyxDemuxer()->knowsWhatPeerHeard() && there->isKnownToPeer()) return false;
   return Vyx::NboAttrLog::Demuxer::outranks(there->entityId(), coming);
