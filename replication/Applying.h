@@ -183,10 +183,11 @@ template <class Attr, class Sa> void applyChildRemoval(Sa& adapter, Message cons
 }
 
 // Deletes a child. What follows is still the message's doing. One that the other side hadn't heard of when it
-// wrote may be made there from this side's announcement, although it is gone here: a walk tells what is here.
+// wrote may yet be made there from this side's announcement, although it is gone here.
 template <class Attr, class Sa> void giveWay(Sa& adapter, typename Attr::ChildType& child) {
   auto& of = entityOf(adapter);
-  if (isNewToPeer(adapter, &child)) owe<Attr>(adapter);
+  auto const own = adapterOf(child, adapter.nboAttrLogOut());
+  if (own && own->flag(StreamAdapter::childAnnouncedFlag) && !own->isKnownToPeer()) own->vyxWithdraw();
   if constexpr (kKind<Attr> == Kind::children)
     frame::memberDel<Attr>(of, typename Attr::Key(child.fwkKey()));
   else

@@ -138,6 +138,9 @@ public:
   bool checkEphemeralEntityDeletion(Entity* child, EntityId const& id, bool isKeyed);
   // Tells the other side that the entity is no more, and leaves the log. REQUIRES: a weak adapter.
   void vyxEntityGone();
+  // Tells the other side that this id means nothing here any more. If it has made a child from its
+  // announcement, that one is the other side's own from now on.
+  void vyxWithdraw();
 
   // Takes the adapter off its hold. What has changed meanwhile is owed.
   void release();

@@ -359,7 +359,7 @@ TEST_F(CrossingTest, AChildThatBothReplaceIsThatOfTheServer) {
   EXPECT_EQ("server", clientsAction(1)->className());
 }
 
-TEST_F(CrossingTest, AChildThatIsMadeThereWhileItIsMadeAndRemovedHereIsGone) {
+TEST_F(CrossingTest, AChildThatIsMadeThereWhileItIsMadeAndRemovedHereStays) {
   deafen();
   serversActions()->fwdActionIs("server", id(20), Pbr::nexthopAction);
   serversActions()->fwdActionDel(id(20));
@@ -367,7 +367,8 @@ TEST_F(CrossingTest, AChildThatIsMadeThereWhileItIsMadeAndRemovedHereIsGone) {
   turns(20);
   EXPECT_TRUE(serversAction(20));
   expectEqual();
-  EXPECT_FALSE(serversAction(20));
+  ASSERT_TRUE(clientsAction(20));
+  EXPECT_EQ("client", clientsAction(20)->className());
 }
 
 TEST_F(CrossingTest, ASingleChildThatBothReplaceIsThatOfTheServer) {
