@@ -3,6 +3,7 @@
 #pragma once
 
 #include "Heap.h"
+#include "Processor.h"
 #include "TreeRoads.h"
 
 namespace Bench {
@@ -28,6 +29,8 @@ public:
     }
     turnUntil([&] { return isEqual(follower_); });
   }
+  // What the one that follows has used of the processor, in seconds.
+  double byFollower() const { return byFollower_; }
   // Lets the slow one read on. Fails if it doesn't end with what the writer has.
   void readOn() {
     slow_->end.peer->link()->readingIs(true);
@@ -58,7 +61,9 @@ private:
   }
   void turn() {
     writer_.loop.turn(Log::Duration::zero());
+    double const begun = processorTime();
     follower_.end.loop.turn(Log::Duration::zero());
+    byFollower_ += processorTime() - begun;
     if (slow_) slow_->end.loop.turn(Log::Duration::zero());
   }
   template <class Condition> void turnUntil(Condition const& condition) {
@@ -75,6 +80,7 @@ private:
   Reader follower_;
   std::unique_ptr<Reader> slow_;
   unsigned long long value_ = 0;
+  double byFollower_ = 0;
 };
 
 } // namespace Bench

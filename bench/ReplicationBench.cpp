@@ -316,6 +316,7 @@ void follow(benchmark::State& state, bool besideSlow) {
     std::size_t const before = heapBytes();
     timed(state, [&] { followers.change(changes); });
     std::size_t const after = heapBytes();
+    state.counters["reader_ns"] = 1e9 * followers.byFollower() / static_cast<double>(changes);
     state.counters["bytes"] = after > before ? static_cast<double>(after - before) : 0;
     if (besideSlow) followers.readOn();
   }

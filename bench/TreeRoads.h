@@ -56,7 +56,7 @@ public:
     return Vyx::dynamicPtrCast<X>(roots->dir()->find(kPath)->entity());
   }
 
-  Log::Loop loop;
+  Log::Loop loop{Log::Loop::Waking::never};
   Ptr<Log::Roots> roots = Vyx::ptrFromNew(new Log::Roots);
   Ptr<Log::Peer> peer;
   bool hasSynced = false;
@@ -276,7 +276,7 @@ private:
   template <class Condition> void turnUntil(Condition const& condition) {
     while (!condition()) {
       if (sleeps_)
-        end_->loop.turn(kPatience);
+        end_->loop.turn(Log::Duration::max());
       else
         end_->peer->link()->readable();
       require(!end_->peer->hasEnded(), "the connection has ended");

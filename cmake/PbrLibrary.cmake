@@ -24,6 +24,8 @@ function(pbr_library name)
     target_include_directories(${name} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/${dir}>)
   endforeach()
   target_link_libraries(${name} PUBLIC ${arg_LINK})
+  # A call within a library goes straight to its function, not by way of the table of what may be replaced.
+  target_link_options(${name} PRIVATE LINKER:-Bsymbolic-functions)
   # What a library calls of a floor that it does not link against is told here, not when it is loaded. The
   # sanitizers' own functions come with the executable.
   if(NOT PBR_SANITIZE)

@@ -24,22 +24,54 @@ template <class Attr, class Sa> bool keepsOwn(Sa const& adapter) {
   return flowIn && flowIn->aid() == Attr::id && flowIn->keepsOwn();
 }
 
+// Whether an entity of that id was here and is gone. This side has removed it, and the other one hasn't heard
+// of that yet.
+inline bool isLate(StreamAdapter const& adapter, Vyx::EntityId const& coming) {
+  Vyx::NboAttrLog::Demuxer const* const demuxer = adapter.vyxDemuxer();
+  return demuxer && !adapter.flag(StreamAdapter::readOnlyFlag) && demuxer->wasGiven(coming) &&
+         !demuxer->reactor(coming);
+}
+
+// Writes what this side holds, in the middle of applying a message.
+template <class Attr, class Sa, class... Key> void restate(Sa& adapter, Key const&... key) {
+  adapter.flagIs(StreamAdapter::isActiveFlag, false);
+  Attr::tell(adapter, key...);
+}
+
+// A change of the other side that was written before it had heard of this one's: both have applied what came,
+// and would end with each other's. The accepting side writes what it holds now, which both then have. Which
+// attribute of the entity was changed isn't kept, so this may restate what wasn't crossed. A walk has its own
+// rules.
+template <class Attr, class Sa, class... Key> void settleCrossing(Sa& adapter, Key const&... key) {
+  if (hasCrossedOwn(adapter) && !adapter.handlingFlowInFor(Attr::id)) restate<Attr>(adapter, key...);
+}
+
 template <class Attr, class Sa> void applyScalar(Sa& adapter, Message const& message) {
   auto const value = readValue<typename Attr::Type>(message.in, adapter.vyxDemuxer());
   message.in.expectEnd();
-  if (message.isApplied)
-    setValue<Attr>(entityOf(adapter), value);
-  else
-    Attr::tell(adapter);
+  if (!message.isApplied) return Attr::tell(adapter);
+  setValue<Attr>(entityOf(adapter), value);
+  settleCrossing<Attr>(adapter);
+}
+
+// A reference to what is gone here isn't applied; the other side gets this one's instead. RETURNS whether the
+// reference that stands next is one.
+template <class Attr, class Sa, class... Key>
+bool refuseLateReference(Sa& adapter, In& in, Key const&... key) {
+  std::size_t const position = in.position();
+  if (!isLate(adapter, in.nextEntityId())) return in.positionIs(position), false;
+  in.expectEnd();
+  restate<Attr>(adapter, key...);
+  return true;
 }
 
 template <class Attr, class Sa> void applyReference(Sa& adapter, Message const& message) {
+  if (refuseLateReference<Attr>(adapter, message.in)) return;
   auto const value = readEntity<typename Attr::Type::element_type>(message.in);
   message.in.expectEnd();
-  if (message.isApplied)
-    setValue<Attr>(entityOf(adapter), value);
-  else
-    Attr::tell(adapter);
+  if (!message.isApplied) return Attr::tell(adapter);
+  setValue<Attr>(entityOf(adapter), value);
+  settleCrossing<Attr>(adapter);
 }
 
 // The text so far waits in the flow in.
@@ -66,6 +98,7 @@ template <class Attr, class Sa> void applyText(Sa& adapter, Message const& messa
   }
   setValue<Attr>(entityOf(adapter), at.text());
   if (flowIn) demuxer->flowInDel(id);
+  settleCrossing<Attr>(adapter);
 }
 
 template <class Attr, class Sa> void applyMember(Sa& adapter, Message const& message) {
@@ -80,11 +113,13 @@ template <class Attr, class Sa> void applyMember(Sa& adapter, Message const& mes
   else
     frame::valueIs<Attr>(of, key, value);
   unmark<Attr>(of, key);
+  settleCrossing<Attr>(adapter, key);
 }
 
 // The key is that of the entity itself.
 template <class Attr, class Sa> void applyReferenceMember(Sa& adapter, Message const& message) {
   auto const key = readValue<typename Attr::Key>(message.in, adapter.vyxDemuxer());
+  if (refuseLateReference<Attr>(adapter, message.in, key)) return;
   auto const value = readEntity<typename Attr::Type::element_type>(message.in);
   message.in.expectEnd();
   if (!message.isApplied) return Attr::tell(adapter, key);
@@ -93,6 +128,7 @@ template <class Attr, class Sa> void applyReferenceMember(Sa& adapter, Message c
   if (keepsOwn<Attr>(adapter) && Attr::field(of).find(key)) return;
   Attr::write(of, key, value);
   unmark<Attr>(of, key);
+  settleCrossing<Attr>(adapter, key);
 }
 
 // Keys rise from the head of a queue to its end. One that can't follow the end means that what stands there
@@ -112,6 +148,15 @@ template <class Attr, class Sa> void applyQueued(Sa& adapter, Message const& mes
     frame::queueEnter<Attr>(of, key, value);
   }
   unmark<Attr>(of, key);
+  settleCrossing<Attr>(adapter, key);
+}
+
+// Whether this side has made the child since what the other side knew when it wrote: a removal is about the
+// one before.
+template <class Child> bool isNewToPeer(StreamAdapter const& parent, Child const& child) {
+  if (!child) return false;
+  auto const adapter = adapterOf(*child, parent.nboAttrLogOut());
+  return adapter && !adapter->isKnownToPeer();
 }
 
 template <class Attr, class Sa> void applyMemberRemoval(Sa& adapter, Message const& message) {
@@ -119,25 +164,30 @@ template <class Attr, class Sa> void applyMemberRemoval(Sa& adapter, Message con
   message.in.expectEnd();
   if (!message.isApplied) return Attr::tell(adapter, key);
   auto& of = entityOf(adapter);
-  if constexpr (kKind<Attr> == Kind::children)
-    frame::memberDel<Attr>(of, key);
-  else if constexpr (kKind<Attr> == Kind::queue)
-    frame::queueDel<Attr>(of, key);
-  else
-    frame::valueDel<Attr>(of, key);
+  if constexpr (kKind<Attr> == Kind::children) {
+    if (!isNewToPeer(adapter, Attr::field(of).find(key))) frame::memberDel<Attr>(of, key);
+  } else {
+    if constexpr (kKind<Attr> == Kind::queue)
+      frame::queueDel<Attr>(of, key);
+    else
+      frame::valueDel<Attr>(of, key);
+    settleCrossing<Attr>(adapter, key);
+  }
 }
 
 template <class Attr, class Sa> void applyChildRemoval(Sa& adapter, Message const& message) {
   message.in.expectEnd();
-  if (message.isApplied)
-    frame::childDel<Attr>(entityOf(adapter));
-  else
-    Attr::tell(adapter);
+  if (!message.isApplied) return Attr::tell(adapter);
+  auto& of = entityOf(adapter);
+  if (!isNewToPeer(adapter, Attr::field(of))) frame::childDel<Attr>(of);
 }
 
-// Deletes a child. What follows is still the message's doing.
-template <class Attr, class Sa> void giveWay(Sa& adapter, typename Attr::ChildType const& child) {
+// Deletes a child. What follows is still the message's doing. One that the other side hadn't heard of when it
+// wrote may yet be made there from this side's announcement, although it is gone here.
+template <class Attr, class Sa> void giveWay(Sa& adapter, typename Attr::ChildType& child) {
   auto& of = entityOf(adapter);
+  auto const own = adapterOf(child, adapter.nboAttrLogOut());
+  if (own && own->flag(StreamAdapter::childAnnouncedFlag) && !own->isKnownToPeer()) own->vyxWithdraw();
   if constexpr (kKind<Attr> == Kind::children)
     frame::memberDel<Attr>(of, typename Attr::Key(child.fwkKey()));
   else
@@ -179,9 +229,18 @@ Vyx::Ptr<typename Attr::ChildType> settle(Sa& adapter, Vyx::Ptr<typename Attr::C
   return child;
 }
 
+// Whether this side, which settles changes that cross, has still to announce what it has made under that
+// attribute. While the log is being brought up to date that says nothing: everything is still to be
+// announced.
+template <class Attr, class Sa> bool hasYetToAnnounce(Sa const& adapter) {
+  Vyx::NboAttrLog::Demuxer const* const demuxer = adapter.vyxDemuxer();
+  return demuxer && demuxer->side() == Vyx::NboAttrLog::Demuxer::accepting &&
+         demuxer->phase() == Vyx::NboAttrLog::Demuxer::live && isDirty<Attr>(adapter);
+}
+
 // Looks at the child that stands where one is announced, before anything is changed. RETURNS whether it
-// stands there by an announcement of this side that has crossed the coming one, and stays; the other side
-// replaces its own. THROWS: ProtocolException when another entity has the id.
+// stands there by an announcement of this side that has crossed the coming one, or is owed, and stays; the
+// other side replaces its own. THROWS: ProtocolException when another entity has the id.
 template <class Attr, class Sa, class Values>
 bool hasCrossed(Sa& adapter, Vyx::EntityId const& coming, [[maybe_unused]] Values const& values) {
   Vyx::Ptr<typename Attr::ChildType> child;
@@ -194,18 +253,11 @@ bool hasCrossed(Sa& adapter, Vyx::EntityId const& coming, [[maybe_unused]] Value
   if (user && user->vyxNotifierEntity() != child.ptr())
     Vyx::throwProtocolException(Vyx::format("entity id %llx is in use", coming.value()));
   auto const there = child ? adapterOf(*child, adapter.nboAttrLogOut()) : nullptr;
-  if (!there || !there->flag(StreamAdapter::childAnnouncedFlag)) return false;
+  if (!there || !there->flag(StreamAdapter::childAnnouncedFlag))
+    return child && hasYetToAnnounce<Attr>(adapter);
   // One that the other side knew was replaced there on purpose.
   if (adapter.vyxDemuxer()->knowsWhatPeerHeard() && there->isKnownToPeer()) return false;
   return Vyx::NboAttrLog::Demuxer::outranks(there->entityId(), coming);
-}
-
-// Whether an entity of that id was here and is gone. This side has removed it, and the other one hasn't heard
-// of that yet.
-inline bool isLate(StreamAdapter const& adapter, Vyx::EntityId const& coming) {
-  Vyx::NboAttrLog::Demuxer const* const demuxer = adapter.vyxDemuxer();
-  return demuxer && !adapter.flag(StreamAdapter::readOnlyFlag) && demuxer->wasGiven(coming) &&
-         !demuxer->reactor(coming);
 }
 
 template <class Attr, class Sa> void applyAnnouncement(Sa& adapter, Message const& message) {

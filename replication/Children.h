@@ -74,6 +74,12 @@ void announceChild(Sa& parent, Vyx::Ptr<typename Attr::ChildType> const& child) 
     adapter->doThis();
 }
 
+// The other side may be making a child anew in that place; it is told from the one that is meant here.
+template <class Attr, class Sa, class... Key> void removeChild(Sa& parent, Key const&... key) {
+  parent.vyxTellHeard();
+  writeRemoval<Attr>(parent, key...);
+}
+
 // The reaction of both forms; a keyed one comes with its key. While a message is being applied the child
 // takes the id that stands next in it.
 template <class Attr, class Sa, class... Key>
@@ -92,7 +98,7 @@ void childChanged(Sa& parent, Vyx::Ptr<typename Attr::ChildType> const& child, K
   if (child)
     writePatiently<Attr>(parent, [&] { announceChild<Attr>(parent, child); });
   else
-    writeRemoval<Attr>(parent, key...);
+    removeChild<Attr>(parent, key...);
 }
 
 template <class Attr, class Sa> void childChanged(Sa& parent) {

@@ -40,6 +40,14 @@ inline bool isWriting(StreamAdapter const& adapter) {
   return (adapter.vyx_bitSet().word() & (against | attached)) == attached && adapter.nboAttrLogOut();
 }
 
+// Whether this side, which settles changes that cross, has written of the entity what the other one hadn't
+// heard of when it wrote what is being read.
+inline bool hasCrossedOwn(StreamAdapter const& adapter) {
+  auto const* const demuxer = adapter.vyxDemuxer();
+  return demuxer && demuxer->side() == Vyx::NboAttrLog::Demuxer::accepting &&
+         !demuxer->hasPeerHeard(adapter.vyxWrittenAt());
+}
+
 // What happens with every change is inlined into its reaction; what is rare stands in functions of its own,
 // so that the reaction stays short.
 

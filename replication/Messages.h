@@ -37,9 +37,18 @@ void writeWhole(Vyx::Ptr<Out> const& out, MsgHeader const& header, Values const&
   }
 }
 
+// What is written about a value is numbered, so that a change of the other side that crosses it is told from
+// one that follows it.
+template <class Write> void writeNumbered(StreamAdapter& adapter, Write const& write) {
+  adapter.vyxBeforeWriting();
+  write();
+  adapter.vyxWrittenAtIs(adapter.nboAttrLogOut()->messages());
+}
+
 template <class Attr, class Sa> void writeScalar(Sa& adapter) {
   auto const header = Vyx::NboAttrLog::scalarHeader<typename Attr::Type>(adapter.entityId(), Attr::id);
-  writeWhole(adapter.nboAttrLogOut(), header, valueOf<Attr>(entityOf(adapter)));
+  writeNumbered(adapter,
+                [&] { writeWhole(adapter.nboAttrLogOut(), header, valueOf<Attr>(entityOf(adapter))); });
 }
 
 // The number of an entity on this log; 0 for none.
@@ -52,22 +61,28 @@ template <class T> unsigned long long numberOf(StreamAdapter& adapter, Vyx::Ptr<
 
 template <class Attr, class Sa> void writeReference(Sa& adapter) {
   auto const number = numberOf(adapter, valueOf<Attr>(entityOf(adapter)));
-  writeMessage(adapter, Attr::id, 0, [&](auto const& out) { out->put(number); });
+  writeNumbered(adapter,
+                [&] { writeMessage(adapter, Attr::id, 0, [&](auto const& out) { out->put(number); }); });
 }
 
 // What stands behind the key: the value, or the number of what is referred to.
 template <class Attr>
 void writeMember(StreamAdapter& adapter, typename Attr::Key const& key, typename Attr::Type const& value) {
   MsgHeader const header{adapter.entityId(), Attr::id, true, 0, Vyx::NboAttrLog::kPlain, 0};
+  auto const write = [&](auto const& behind) {
+    writeNumbered(adapter, [&] { writeWhole(adapter.nboAttrLogOut(), header, key, behind); });
+  };
   if constexpr (kKind<Attr> == Kind::references)
-    writeWhole(adapter.nboAttrLogOut(), header, key, numberOf(adapter, value));
+    write(numberOf(adapter, value));
   else
-    writeWhole(adapter.nboAttrLogOut(), header, key, value);
+    write(value);
 }
 
 // A member, or a keyed child, that is there no more.
 template <class Attr> void writeRemoval(StreamAdapter& adapter, typename Attr::Key const& key) {
-  writeMessage(adapter, -Attr::id, 0, [&](auto const& out) { Vyx::NboAttrLog::write(out, key); });
+  writeNumbered(adapter, [&] {
+    writeMessage(adapter, -Attr::id, 0, [&](auto const& out) { Vyx::NboAttrLog::write(out, key); });
+  });
 }
 
 // A single child that is there no more.

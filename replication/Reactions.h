@@ -96,7 +96,9 @@ template <class Attr, class Sa> bool textChanged(Sa& adapter) {
   bool isFirst = true;
   do {
     if (!pieceMayGo(adapter, inFlowOut, isFirst)) return oweText<Attr>(adapter, at, inFlowOut), false;
-    writeMessage(adapter, Attr::id, 0, [&](auto const& out) { Vyx::Ptr<Connection::Out>(out) << at; });
+    writeNumbered(adapter, [&] {
+      writeMessage(adapter, Attr::id, 0, [&](auto const& out) { Vyx::Ptr<Connection::Out>(out) << at; });
+    });
     isFirst = false;
   } while (at.position() < at.text().length());
   return true;

@@ -207,18 +207,26 @@ bool StreamAdapter::checkEphemeralEntityDeletion(Entity* child, EntityId const& 
 }
 
 void StreamAdapter::vyxEntityGone() {
-  if (isOrphan_ && demuxer_ && flag(outAttachedFlag) && out_->connected()) {
-    NboAttrLog::MsgHeader header;
-    header.entityId = entityId_;
-    header.attrId = -NboAttrLog::kOrphanAttrId;
-    out_->nextHeaderIs(header);
-    out_ << Connection::Out::kTransactBegin << Connection::Out::kTransactEnd;
-  }
+  if (isOrphan_) vyxWithdraw();
   leaveLog();
+}
+
+void StreamAdapter::vyxWithdraw() {
+  if (!demuxer_ || !flag(outAttachedFlag) || !out_->connected() || !entityId_.isAssigned()) return;
+  NboAttrLog::MsgHeader header;
+  header.entityId = entityId_;
+  header.attrId = -NboAttrLog::kOrphanAttrId;
+  out_->nextHeaderIs(header);
+  out_ << Connection::Out::kTransactBegin << Connection::Out::kTransactEnd;
 }
 
 void StreamAdapter::vyxTellHeard() {
   if (demuxer_ && !flag(readOnlyProxyFlag)) demuxer_->tellHeard();
+}
+
+void StreamAdapter::tellHeardOfChange() {
+  owesHeard_ = false;
+  vyxTellHeard();
 }
 
 void StreamAdapter::sendTransactionMarker(AttributeId aid, AttrTransactionType type, unsigned n) {

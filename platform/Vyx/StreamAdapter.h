@@ -138,6 +138,9 @@ public:
   bool checkEphemeralEntityDeletion(Entity* child, EntityId const& id, bool isKeyed);
   // Tells the other side that the entity is no more, and leaves the log. REQUIRES: a weak adapter.
   void vyxEntityGone();
+  // Tells the other side that this id means nothing here any more. If it has made a child from its
+  // announcement, that one is the other side's own from now on.
+  void vyxWithdraw();
 
   // Takes the adapter off its hold. What has changed meanwhile is owed.
   void release();
@@ -153,6 +156,15 @@ public:
   // accepting side.
   bool hasUnheardMembers() const;
   void vyxMemberWritten(std::uint64_t message) { memberWrittenAt_ = message; }
+  // The last message of this side about a value of the entity; 0 for none.
+  std::uint64_t vyxWrittenAt() const { return writtenAt_; }
+  void vyxWrittenAtIs(std::uint64_t message) { writtenAt_ = message; }
+  // The other side has changed the entity. Who settles changes that cross will want to know whether the next
+  // message was written behind that.
+  void vyxChangedByPeer() { owesHeard_ = true; }
+  void vyxBeforeWriting() {
+    if (__builtin_expect(owesHeard_, false)) tellHeardOfChange();
+  }
 
   void sendTransactionMarker(AttributeId aid, AttrTransactionType type, unsigned n);
   // Writes the mode, which the other side applies.
@@ -194,6 +206,7 @@ private:
 
   bool hasFlowInFor(AttributeId aid) const;
   void leaveLog();
+  void tellHeardOfChange();
 
   PtrInterface const* notifier_ = nullptr;        // Counted, unless weak.
   Entity::NotifieeConst const* listed_ = nullptr; // Not counted.
@@ -205,6 +218,8 @@ private:
   bool hasFlowIn_ = false;
   bool isWritten_ = false; // Everything has been written, or came from the other side, or is owed.
   bool isOrphan_ = false;
+  bool owesHeard_ = false;
+  std::uint64_t writtenAt_ = 0;
   std::unique_ptr<std::vector<void (*)(StreamAdapter&)>> changedOnHold_; // Null for none.
   std::uint64_t announcedAt_ =
       kNever; // This side's first announcement, by its number; 0 if it was the peer's.

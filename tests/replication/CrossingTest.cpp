@@ -28,10 +28,9 @@ protected:
     server.peer->demuxer()->throttleIs(&CrossingTest::mayGoOn, &serversMessages);
   }
 
+  Ptr<Pbr::Config> clientsConfig() const { return client.mounted<Pbr::Config>(kConfig); }
   Ptr<Pbr::PbrActionContainer> serversActions() const { return config->pbrActions(); }
-  Ptr<Pbr::PbrActionContainer> clientsActions() const {
-    return client.mounted<Pbr::Config>(kConfig)->pbrActions();
-  }
+  Ptr<Pbr::PbrActionContainer> clientsActions() const { return clientsConfig()->pbrActions(); }
   Ptr<Pbr::PbrFwdAction> serversAction(unsigned i) const { return serversActions()->fwdAction(id(i)); }
   Ptr<Pbr::PbrFwdAction> clientsAction(unsigned i) const { return clientsActions()->fwdAction(id(i)); }
 
@@ -239,6 +238,173 @@ TEST_F(CrossingTest, TwoWalksOfOneCollectionPassEachOther) {
   EXPECT_TRUE(clientsAction(20));
   EXPECT_TRUE(serversAction(1)->nexthop(address(10)));
   EXPECT_TRUE(clientsAction(1)->nexthop(address(20)));
+}
+
+// Changes without a walk: what comes to the accepting side last is what both have.
+
+TEST_F(CrossingTest, OfTwoSingleValuesThatCrossBothHaveOne) {
+  deafen();
+  config->bgpPbrRedirectIs(true);
+  config->bgpPbrRedirectIs(false);
+  clientsConfig()->bgpPbrRedirectIs(true);
+  expectEqual();
+  EXPECT_TRUE(config->bgpPbrRedirect());
+}
+
+TEST_F(CrossingTest, OfTwoSingleValuesThatCrossOnTheWayToTheServerBothHaveOne) {
+  server.peer->link()->readingIs(false);
+  clientsConfig()->bgpPbrRedirectIs(true);
+  config->bgpPbrRedirectIs(true);
+  config->bgpPbrRedirectIs(false);
+  turns(20);
+  server.peer->link()->readingIs(true);
+  expectEqual();
+  EXPECT_TRUE(config->bgpPbrRedirect());
+}
+
+TEST_F(CrossingTest, OfTwoTextsThatCrossBothHaveOne) {
+  deafen();
+  serversAction(1)->nexthopGroupIs("server");
+  clientsAction(1)->nexthopGroupIs("client");
+  expectEqual();
+  EXPECT_EQ("client", serversAction(1)->nexthopGroup());
+}
+
+TEST_F(CrossingTest, OfTwoReferencesThatCrossBothHaveOne) {
+  auto const map = config->pmapTypeIs("Pbr", PolicyMap::mapPbr)->pmapIs("map");
+  auto const first = map->subconfigIs(id(1));
+  auto const second = map->subconfigIs(id(2));
+  quiesce();
+  auto const copy = clientsConfig()->pmapType()->pmap("map");
+  deafen();
+  map->currentSubConfigIs(first);
+  copy->currentSubConfigIs(copy->subconfig(id(2)));
+  expectEqual();
+  EXPECT_EQ(second, map->currentSubConfig());
+}
+
+TEST_F(CrossingTest, OfTwoValuesOfAMemberThatCrossBothHaveOne) {
+  deafen();
+  serversAction(1)->nexthopIs(address(9), false);
+  clientsAction(1)->nexthopIs(address(9), true);
+  expectEqual();
+  EXPECT_TRUE(serversAction(1)->nexthop(address(9)));
+}
+
+TEST_F(CrossingTest, AMemberThatIsSetThereWhileItIsRemovedHereIsThere) {
+  deafen();
+  serversAction(1)->nexthopDel(address(2));
+  clientsAction(1)->nexthopIs(address(2), false);
+  clientsAction(1)->nexthopIs(address(2), true);
+  expectEqual();
+  EXPECT_TRUE(serversAction(1)->nexthop(address(2)));
+}
+
+TEST_F(CrossingTest, AMemberThatIsRemovedThereWhileItIsSetHereIsGone) {
+  deafen();
+  serversAction(1)->nexthopIs(address(2), false);
+  clientsAction(1)->nexthopDel(address(2));
+  expectEqual();
+  EXPECT_FALSE(serversAction(1)->nexthop(address(2)));
+}
+
+TEST_F(CrossingTest, AChangeOfTheServersOwnStaysIfItIsLast) {
+  deafen();
+  clientsAction(1)->nexthopGroupIs("client");
+  turns(20);
+  serversAction(1)->nexthopGroupIs("server");
+  expectEqual();
+  EXPECT_EQ("server", clientsAction(1)->nexthopGroup());
+}
+
+TEST_F(CrossingTest, AChangeThatFollowsWhatWasHeardIsntRestated) {
+  serversAction(1)->nexthopGroupIs("server");
+  quiesce();
+  auto const before = server.peer->link()->out()->messages();
+  clientsAction(1)->nexthopGroupIs("client");
+  expectEqual();
+  EXPECT_EQ(before, server.peer->link()->out()->messages());
+}
+
+TEST_F(CrossingTest, WhatWasHeardIsToldOnce) {
+  serversAction(1)->nexthopGroupIs("server");
+  quiesce();
+  auto const before = client.peer->link()->out()->messages();
+  clientsAction(1)->nexthopGroupIs("first");
+  EXPECT_EQ(before + 2, client.peer->link()->out()->messages());
+  clientsAction(1)->nexthopGroupIs("second");
+  EXPECT_EQ(before + 3, client.peer->link()->out()->messages());
+}
+
+// Children that are removed and made anew.
+
+TEST_F(CrossingTest, ARemovalIsAboutTheChildBeforeTheNewOne) {
+  deafen();
+  serversActions()->fwdActionDel(id(1));
+  clientsActions()->fwdActionDel(id(1));
+  clientsActions()->fwdActionIs("new", id(1), Pbr::nexthopAction);
+  expectEqual();
+  ASSERT_TRUE(serversAction(1));
+  EXPECT_EQ("new", serversAction(1)->className());
+}
+
+TEST_F(CrossingTest, AChildThatBothReplaceIsThatOfTheServer) {
+  deafen();
+  serversActions()->fwdActionDel(id(1));
+  serversActions()->fwdActionIs("server", id(1), Pbr::nexthopAction);
+  clientsActions()->fwdActionDel(id(1));
+  clientsActions()->fwdActionIs("client", id(1), Pbr::nexthopAction);
+  expectEqual();
+  ASSERT_TRUE(clientsAction(1));
+  EXPECT_EQ("server", clientsAction(1)->className());
+}
+
+TEST_F(CrossingTest, AChildThatIsMadeThereWhileItIsMadeAndRemovedHereStays) {
+  deafen();
+  serversActions()->fwdActionIs("server", id(20), Pbr::nexthopAction);
+  serversActions()->fwdActionDel(id(20));
+  clientsActions()->fwdActionIs("client", id(20), Pbr::nexthopAction);
+  turns(20);
+  EXPECT_TRUE(serversAction(20));
+  expectEqual();
+  ASSERT_TRUE(clientsAction(20));
+  EXPECT_EQ("client", clientsAction(20)->className());
+}
+
+TEST_F(CrossingTest, ASingleChildThatBothReplaceIsThatOfTheServer) {
+  deafen();
+  auto const fresh = [](Ptr<Pbr::Config> const& of, char const* className) {
+    of->pbrActionsDel();
+    of->pbrActionsIs("Pbr")->fwdActionIs(className, id(1), Pbr::nexthopAction);
+  };
+  fresh(config, "server");
+  fresh(clientsConfig(), "client");
+  expectEqual();
+  ASSERT_TRUE(clientsAction(1));
+  EXPECT_EQ("server", clientsAction(1)->className());
+}
+
+TEST_F(CrossingTest, ASingleChildThatIsMadeThereWhileItIsRemovedHereIsThere) {
+  deafen();
+  config->pbrActionsDel();
+  clientsConfig()->pbrActionsDel();
+  clientsConfig()->pbrActionsIs("Pbr");
+  expectEqual();
+  EXPECT_TRUE(config->pbrActions());
+}
+
+// Ids that this side gave say nothing of those that the other one will give.
+TEST_F(CrossingTest, AWalkOfWhatIsGoneMakesNoLaterChildLate) {
+  deafen();
+  clientWalks(*clientsActions());
+  clientsActions()->fwdActionDel(id(1));
+  config->pbrActionsDel();
+  config->pbrActionsIs("Pbr");
+  turns(20);
+  quiesce();
+  clientsActions()->fwdActionIs("client", id(10), Pbr::nexthopAction);
+  expectEqual();
+  EXPECT_TRUE(serversAction(10));
 }
 
 } // namespace

@@ -186,6 +186,32 @@ protected:
       editMembers(side, actions->fwdAction(idOf(random.below(2))));
     }
   }
+  // What both sides make, remove and change, without regard to each other.
+  void editShared(Pbr::Config& config) {
+    if (random.oneIn(100)) config.pbrActionsDel();
+    if (!config.pbrActions()) config.pbrActionsIs("Pbr");
+    auto const& actions = config.pbrActions();
+    Kest::UniqueId const id = idOf(0);
+    auto const action = actions->fwdAction(id);
+    switch (random.below(10)) {
+    case 0:
+      actions->fwdActionDel(id);
+      return;
+    case 1:
+      if (!action) actions->fwdActionIs(random.oneIn(2) ? "web" : "mail", id, Pbr::nexthopAction);
+      return;
+    case 2:
+      return config.pbrEnableNonAgingMacAddrIs(random.oneIn(2));
+    case 3:
+      if (action) action->recursiveIs(random.oneIn(2));
+      return;
+    case 4:
+      if (action) action->nexthopGroupIs(std::string(1, static_cast<char>('a' + random.below(6))).c_str());
+      return;
+    default:
+      editMembers(0, action);
+    }
+  }
   void editMembers(unsigned side, Ptr<Pbr::PbrFwdAction> const& action) {
     if (!action) return;
     if (random.oneIn(3))
@@ -193,17 +219,13 @@ protected:
     else
       action->nexthopIs(addressOf(side), random.oneIn(2));
   }
-  void editBoth(unsigned count) {
+  template <class Edit> void editBoth(unsigned count, Edit const& edit) {
     for (; count > 0; --count) {
       unsigned const side = random.below(2);
       edit(side, side == 0 ? *trees.config : *copy().config);
     }
   }
-};
-
-TEST_F(SharedTest, BothSidesEndEqual) {
-  for (unsigned round = 0; round < 20; ++round) {
-    SCOPED_TRACE(round);
+  template <class Edit> void roundOfSteps(Edit const& edit) {
     stopsOneIn = 0;
     connect({300 + random.below(2000), 50 + random.below(1000)});
     quiesce();
@@ -212,7 +234,7 @@ TEST_F(SharedTest, BothSidesEndEqual) {
       stopsOneIn = random.below(4);
       if (stopsOneIn == 1) stopsOneIn = 2;
       for (unsigned burst = random.below(8); burst > 0; --burst) {
-        editBoth(random.below(20));
+        editBoth(random.below(20), edit);
         turns(random.below(6));
       }
       quiesce();
@@ -220,6 +242,30 @@ TEST_F(SharedTest, BothSidesEndEqual) {
       if (HasFatalFailure()) return;
     }
     disconnect();
+  }
+};
+
+TEST_F(SharedTest, BothSidesEndEqual) {
+  for (unsigned round = 0; round < 20 && !HasFatalFailure(); ++round) {
+    SCOPED_TRACE(round);
+    roundOfSteps([this](unsigned side, Pbr::Config& config) { edit(side, config); });
+  }
+}
+
+TEST_F(SharedTest, BothSidesEndEqualThoughTheyChangeAnything) {
+  for (unsigned round = 0; round < 20 && !HasFatalFailure(); ++round) {
+    SCOPED_TRACE(round);
+    roundOfSteps([this](unsigned side, Pbr::Config&) {
+      Trees const theirs = copy();
+      Edits(random, side == 0 ? trees : theirs).oneOfConfig();
+    });
+  }
+}
+
+TEST_F(SharedTest, BothSidesEndEqualThoughTheyChangeTheSame) {
+  for (unsigned round = 0; round < 20 && !HasFatalFailure(); ++round) {
+    SCOPED_TRACE(round);
+    roundOfSteps([this](unsigned, Pbr::Config& config) { editShared(config); });
   }
 }
 

@@ -67,10 +67,13 @@ EntityId Demuxer::newEntityId() {
   return EntityId::fromValue((given_ << 1) | 1 | (side_ == accepting ? kAcceptingHalf : 0));
 }
 
+bool Demuxer::isOfOwnHalf(EntityId const& id) const {
+  return ((id.value() & kAcceptingHalf) != 0) == (side_ == accepting);
+}
+
 bool Demuxer::wasGiven(EntityId const& id) const {
   unsigned long long const number = (id.value() & ~kAcceptingHalf) >> 1;
-  bool const isOurs = ((id.value() & kAcceptingHalf) != 0) == (side_ == accepting);
-  return id.isAssigned() && number != 0 && number <= (isOurs ? given_ : peerGave_);
+  return id.isAssigned() && number != 0 && number <= (isOfOwnHalf(id) ? given_ : peerGave_);
 }
 
 bool Demuxer::outranks(EntityId const& standing, EntityId const& coming) {
@@ -78,7 +81,7 @@ bool Demuxer::outranks(EntityId const& standing, EntityId const& coming) {
 }
 
 void Demuxer::peerGave(EntityId const& id) {
-  peerGave_ = std::max(peerGave_, (id.value() & ~kAcceptingHalf) >> 1);
+  if (!isOfOwnHalf(id)) peerGave_ = std::max(peerGave_, (id.value() & ~kAcceptingHalf) >> 1);
 }
 
 Ptr<FlowIn> Demuxer::flowInIs(EntityId const& id) {

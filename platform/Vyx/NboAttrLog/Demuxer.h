@@ -54,6 +54,7 @@ public:
   EntityId newEntityId();
   // Whether that id was given by either side before, so that a message for it may just be late.
   bool wasGiven(EntityId const& id) const;
+  // The other side has announced an entity under that id, be it one that this side gave.
   void peerGave(EntityId const& id);
   // When both sides announce one child to each other, the id of the accepting side stays.
   static bool outranks(EntityId const& standing, EntityId const& coming);
@@ -120,6 +121,7 @@ private:
 
   Ptr<FlowOut> newFlowOut(StreamAdapter& adapter, ConnectDesc const& desc, bool isResync,
                           AttributeId firstAid);
+  bool isOfOwnHalf(EntityId const& id) const;
   void queue(Ptr<FlowOut> const& flowOut);
   // Runs it once, then drops it, sets it waiting or queues it anew.
   void run(Ptr<FlowOut> const& flowOut);

@@ -92,6 +92,13 @@ void Link::readable() {
   enter([this] { read(); });
 }
 
+// Who waits to be read alone would never find out that the peer takes more.
+bool Link::receive() {
+  if (state_ != State::open || !isReading_ || wantsWrite() || !transport_->canAwait()) return false;
+  enter([this] { read(&Transport::await); });
+  return true;
+}
+
 void Link::expire(Instant now) {
   enter([&] {
     if (state_ == State::hello && now >= helloUntil_)
@@ -130,13 +137,12 @@ void Link::wake() {
 
 // Receiving.
 
-void Link::read() {
+void Link::read(Reading first) {
   if (isReceiving_ || !isReading_) return;
   isReceiving_ = true;
   std::size_t budget = options_.readBudget;
   do {
-    while (readOnce(budget)) {
-    }
+    for (bool more = readOnce(budget, std::exchange(first, &Transport::read)); more;) more = readOnce(budget);
     // Nobody else would come back for the rest.
     if (isDirect_) budget = options_.readBudget;
   } while (isDirect_ && isReading_ && state_ < State::ending && transport_->isReadable());
@@ -154,11 +160,11 @@ void Link::readRest() {
 }
 
 // RETURNS whether to go on: more may be there, and the budget isn't used up.
-bool Link::readOnce(std::size_t& budget) {
+bool Link::readOnce(std::size_t& budget, Reading reading) {
   if (state_ >= State::ending || budget == 0 || !isReading_) return false;
   if (state_ == State::hello) return readHello(budget);
   std::span<unsigned char> const room = in_->space();
-  IoResult const result = transport_->read(room);
+  IoResult const result = (*transport_.*reading)(room);
   if (!result.is(IoResult::Kind::bytes)) {
     handleNoBytes(result);
     return false;

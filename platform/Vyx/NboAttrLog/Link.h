@@ -4,10 +4,10 @@
 // (1) The first bytes each way are a hello; until the peer's has come and is understood, no message goes out.
 // (2) What goes wrong with one link ends that link and nothing else. Its receiver then hears onClosed once,
 //     and nothing after it. The peer is told the words if it takes them at once.
-// (3) A link holds at most the Out's capacity and one message, and the In's largest frame. Nothing here
-//     waits.
-// (4) onRoom and onClosed come from calls of the loop or of `end`, never from within the writing of a
-//     message.
+// (3) A link holds at most the Out's capacity and one message, and the In's largest frame.
+// (4) Nothing here waits but `receive`.
+// (5) onRoom and onClosed come from calls of the loop or of `end`, never from within the
+//     writing of a message.
 
 #pragma once
 
@@ -88,6 +88,7 @@ public:
   void writable() override;
   // Sends what is pending, in one system call if the stream takes it.
   void turn() override;
+  bool receive() override;
   Instant nextDeadline() const override;
   void expire(Instant now) override;
 
@@ -98,9 +99,10 @@ private:
   template <class Body> void enter(Body body);
   template <class Call> void tell(Call call);
 
-  void read();
+  using Reading = IoResult (Transport::*)(std::span<unsigned char>);
+  void read(Reading first = &Transport::read);
   void readRest();
-  bool readOnce(std::size_t& budget);
+  bool readOnce(std::size_t& budget, Reading reading = &Transport::read);
   bool readHello(std::size_t& budget);
   void handleReceived(std::span<unsigned char const> bytes);
   void handleMessages();

@@ -15,7 +15,9 @@ constexpr short kBroken = POLLERR | POLLHUP | POLLNVAL;
 
 } // namespace
 
-Loop::Loop() : wakeUp_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {
+Loop::Loop(Waking waking) {
+  if (waking == Waking::never) return;
+  wakeUp_ = Descriptor(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC));
   if (!wakeUp_) throw ConnectionException("can't make a descriptor for an event loop");
 }
 
@@ -78,7 +80,8 @@ int Loop::timeout(Instant now, Instant limit) const {
   Instant until = limit;
   for (auto const& source : sources_) until = std::min(until, source->nextDeadline());
   if (!timers_.empty()) until = std::min(until, timers_.begin()->first.first);
-  bool const isReady = std::any_of(polled_.begin(), polled_.end(), [](pollfd const& p) { return p.fd < 0; });
+  bool const isReady =
+      std::any_of(polled_.begin() + 1, polled_.end(), [](pollfd const& p) { return p.fd < 0; });
   return isReady ? 0 : pollTimeout(until, now);
 }
 
@@ -130,10 +133,16 @@ void Loop::endTurn() {
   letGo();
 }
 
-void Loop::turn(Duration limit) {
-  Instant const begun = Clock::now();
-  collect();
-  if (::poll(polled_.data(), polled_.size(), timeout(begun, after(begun, limit))) < 0) {
+// Waits for one source by way of its reading, if there is nothing else to wait for.
+bool Loop::receives() {
+  if (wakeUp_ || waiting_.size() != 1 || polled_[1].events != POLLIN) return false;
+  Ptr<Source> const source = sources_[waiting_[0]];
+  return source->receive();
+}
+
+void Loop::waitAndServe(int timeout) {
+  if (timeout < 0 && receives()) return;
+  if (::poll(polled_.data(), polled_.size(), timeout) < 0) {
     for (pollfd& entry : polled_) entry.revents = 0;
   }
   if (polled_[0].revents != 0) {
@@ -141,6 +150,12 @@ void Loop::turn(Duration limit) {
     ::eventfd_read(wakeUp_.get(), &count);
   }
   serve();
+}
+
+void Loop::turn(Duration limit) {
+  Instant const begun = Clock::now();
+  collect();
+  waitAndServe(timeout(begun, after(begun, limit)));
   Instant const now = Clock::now();
   expire(now);
   runTimers(now);

@@ -4,7 +4,7 @@
 // its end, then `turn` of every source, which sends what all of these have written.
 //
 // Invariants:
-// (1) Nothing waits without a bound: every wait names a limit.
+// (1) Nothing waits without a bound: every wait names a limit, be it the longest there is.
 // (2) Sources, timers and functions may be added and taken away at any time, also from within a turn. What is
 //     taken away is not called any more; what is added is served from the next turn on.
 
@@ -25,8 +25,12 @@ public:
   using Function = std::function<void()>;
   using TimerId = std::uint64_t;
 
+  // Whether `wake` will be called. A loop that nobody wakes and that serves a single connection waits in the
+  // read itself when a turn has no limit and no timer: what comes is there a system call earlier.
+  enum class Waking : unsigned char { possible, never };
+
   // THROWS: ConnectionException when the system gives no descriptor for waking it.
-  Loop();
+  explicit Loop(Waking waking = Waking::possible);
   Loop(Loop const&) = delete;
   Loop& operator=(Loop const&) = delete;
 
@@ -46,13 +50,14 @@ public:
   TimerId turnEndIs(Function function);
   void turnEndDel(TimerId id);
 
-  // One turn, which waits for `limit` at most. REQUIRES, of both: not from within a turn.
+  // One turn, which waits for `limit` at most, or without limit for Duration::max(). REQUIRES, of both: not
+  // from within a turn.
   void turn(Duration limit);
   // Turns until the condition holds, which is asked before each turn. RETURNS whether it holds.
   bool runUntil(std::function<bool()> const& condition, Duration limit);
 
   // Ends the wait of the current turn, or of the next one. May be called by a signal handler or another
-  // thread.
+  // thread. REQUIRES: Waking::possible.
   void wake() noexcept;
 
 private:
@@ -62,13 +67,15 @@ private:
   void letGo();
   void collect();
   int timeout(Instant now, Instant limit) const;
+  void waitAndServe(int timeout);
+  bool receives();
   void serve();
   void serve(Source& source, pollfd const& found);
   void expire(Instant now);
   void runTimers(Instant now);
   void endTurn();
 
-  Descriptor wakeUp_;                // An eventfd.
+  Descriptor wakeUp_;                // An eventfd; none when nobody wakes the loop.
   std::vector<Ptr<Source>> sources_; // What is taken away leaves a null until the turn's end.
   std::vector<pollfd> polled_;       // The first is that of wakeUp_.
   std::vector<std::size_t> waiting_; // Which sources' entries of `polled_` follow.

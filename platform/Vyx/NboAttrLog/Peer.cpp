@@ -188,12 +188,25 @@ void Peer::handleEntity(In& in, MsgHeader const& header) {
     adapter->handleAttrTransaction(header.attrId, static_cast<StreamAdapter::AttrTransactionType>(type), n);
   } else if (header.attrId == -kOrphanAttrId) {
     in.expectEnd();
-    made_.erase(adapter->entityId().value());
-    adapter->doRemountSelf(nullptr);
+    handleWithdrawal(*adapter);
   } else {
+    if (demuxer_->side() == Demuxer::connecting) adapter->vyxChangedByPeer();
     adapter->handleAttrDeserialization(header.attrId, {}, static_cast<unsigned>(in.payloadBytes()), nullptr);
     if (header.attrId == kSyncModeId) noteSynced();
   }
+}
+
+// An orphan is no more. A child that was made from an announcement which the other side has taken back is
+// announced as this side's own.
+void Peer::handleWithdrawal(StreamAdapter& adapter) {
+  made_.erase(adapter.entityId().value());
+  Ptr<Entity> const entity(adapter.vyxNotifierEntity());
+  bool const mayWrite = !adapter.flag(StreamAdapter::readOnlyProxyFlag);
+  adapter.doRemountSelf(nullptr);
+  Ptr<Entity> const parent = entity && mayWrite ? entity->parent() : nullptr;
+  if (!parent) return;
+  if (Ptr<StreamAdapter> const above = parent->vyxNboAttrLogSa(Ptr<Out const>(link_->out())))
+    demuxer_->writeAll(*above);
 }
 
 // THROWS: ProtocolException when the peer asks and asks, and takes no answer. What is owed of a tree waits

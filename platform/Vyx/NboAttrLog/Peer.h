@@ -92,6 +92,7 @@ private:
   bool mayBring() const;
   void handleRefused(In& in);
   void handleOrphan(In& in);
+  void handleWithdrawal(StreamAdapter& adapter);
   void handleEntity(In& in, MsgHeader const& header);
   void lookAhead(In const& in);
   void give(Name const& path, Ptr<Entity> const& root, MountMode mode);

@@ -13,6 +13,8 @@ namespace Vyx::NboAttrLog {
 
 namespace {
 
+constexpr int kSendFlags = MSG_NOSIGNAL | MSG_DONTWAIT;
+
 void optionIs(int socket, int level, int option, int value) {
   ::setsockopt(socket, level, option, &value, sizeof value);
 }
@@ -36,13 +38,14 @@ ssize_t sendBoth(int socket, std::span<unsigned char const> first, std::span<uns
   msghdr message{};
   message.msg_iov = vectors;
   message.msg_iovlen = std::size(vectors);
-  return ::sendmsg(socket, &message, MSG_NOSIGNAL);
+  return ::sendmsg(socket, &message, kSendFlags);
 }
 
 } // namespace
 
 SocketTransport::SocketTransport(Descriptor socket) : socket_(std::move(socket)) {
-  ::fcntl(fd(), F_SETFL, ::fcntl(fd(), F_GETFL) | O_NONBLOCK);
+  // Each call says whether it may wait.
+  ::fcntl(fd(), F_SETFL, ::fcntl(fd(), F_GETFL) & ~O_NONBLOCK);
   ::fcntl(fd(), F_SETFD, FD_CLOEXEC);
   SocketAddress const address = peerAddressOf(fd());
   if (isTcp(address)) {
@@ -57,8 +60,12 @@ SocketTransport::SocketTransport(Descriptor socket) : socket_(std::move(socket))
   peerName_ = peer_ ? peer_->words() : "unknown peer";
 }
 
-IoResult SocketTransport::read(std::span<unsigned char> room) {
-  auto const count = ::recv(fd(), room.data(), room.size(), 0);
+IoResult SocketTransport::read(std::span<unsigned char> room) { return receive(room, MSG_DONTWAIT); }
+
+IoResult SocketTransport::await(std::span<unsigned char> room) { return receive(room, 0); }
+
+IoResult SocketTransport::receive(std::span<unsigned char> room, int flags) {
+  auto const count = ::recv(fd(), room.data(), room.size(), flags);
   if (count > 0) return IoResult::moved(static_cast<std::size_t>(count));
   return count == 0 ? IoResult::none(IoResult::Kind::closed) : IoResult::fromErrno(errno);
 }
@@ -66,7 +73,7 @@ IoResult SocketTransport::read(std::span<unsigned char> room) {
 // One run of bytes goes by the plain call, which has less to do than the one for several.
 IoResult SocketTransport::write(std::span<unsigned char const> first, std::span<unsigned char const> second) {
   auto const count =
-      second.empty() ? ::send(fd(), first.data(), first.size(), MSG_NOSIGNAL) : sendBoth(fd(), first, second);
+      second.empty() ? ::send(fd(), first.data(), first.size(), kSendFlags) : sendBoth(fd(), first, second);
   if (count > 0) return IoResult::moved(static_cast<std::size_t>(count));
   return count == 0 ? IoResult::none(IoResult::Kind::wouldBlock) : IoResult::fromErrno(errno);
 }

@@ -11,10 +11,12 @@ namespace Vyx::NboAttrLog {
 
 class SocketTransport final : public Transport {
 public:
-  // Takes over a connected socket, makes it non-blocking, and where it is of TCP, without delay.
+  // Takes over a connected socket, which then waits only where it is asked to; one of TCP has no delay.
   explicit SocketTransport(Descriptor socket);
 
   IoResult read(std::span<unsigned char> room) override;
+  IoResult await(std::span<unsigned char> room) override;
+  bool canAwait() const override { return true; }
   IoResult write(std::span<unsigned char const> first, std::span<unsigned char const> second) override;
   void writeEnds() override;
   int fd() const override { return socket_.get(); }
@@ -26,6 +28,8 @@ public:
   void bufferSizesAre(int toSend, int toReceive);
 
 private:
+  IoResult receive(std::span<unsigned char> room, int flags);
+
   Descriptor socket_;
   std::optional<PeerCredentials> peer_;
   std::string peerName_; // Kept, since a socket forgets its peer when that one ends.

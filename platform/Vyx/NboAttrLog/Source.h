@@ -38,6 +38,9 @@ public:
   virtual void readable() {}
   virtual void writable() {}
   virtual void turn() {}
+  // Waits until something is there to read, without a limit, and then is `readable`: one system call for
+  // both. For a loop that has nothing else to wait for. RETURNS false, at once, when this can't be done.
+  virtual bool receive() { return false; }
 
   virtual Instant nextDeadline() const { return kNever; }
   virtual void expire(Instant now) { static_cast<void>(now); }

@@ -1,5 +1,5 @@
 // A stream of bytes to one peer, whatever carries it: a Unix-domain or TCP socket (SocketTransport.h), or
-// memory (Pipe.h). A link drives it; nothing here waits.
+// memory (Pipe.h). A link drives it; nothing here waits but `await`.
 
 #pragma once
 
@@ -52,6 +52,9 @@ public:
 
   // REQUIRES: `room` is not empty.
   virtual IoResult read(std::span<unsigned char> room) = 0;
+  // The same, but waits until a byte or the end has come, or a signal. REQUIRES: `canAwait`.
+  virtual IoResult await(std::span<unsigned char> room) { return read(room); }
+  virtual bool canAwait() const { return false; }
   // Writes from `first`, then from `second`, in one system call. May write less than is given.
   // REQUIRES: one of them is not empty.
   virtual IoResult write(std::span<unsigned char const> first,
