@@ -32,8 +32,8 @@ class Run {
 public:
   Run(Vyx::Ptr<Cli::Session::EntityCopy> const& ec, Vyx::Ptr<Config> const& dest,
       Vyx::Ptr<Config const> const& src, Vyx::String8 path)
-      : ec_(ec), dest_(dest), src_(src), path_(std::move(path)) {
-    handler_.configIs(dest);
+      : ec_(ec), dest_(dest), src_(src), path_(std::move(path)), handler_(policyMapCopyHandlerFactory()) {
+    handler_->configIs(dest);
   }
 
   bool all() {
@@ -144,7 +144,7 @@ private:
       auto const pmap = beside.findOr(at.key(), [&] { return to->pmapIs(at.key()); });
       Vyx::require(static_cast<bool>(pmap), "pmap", "Pbr/PbrCopy", __LINE__);
       traceCopy(9, __LINE__, kFunction, kFunction, " copying ", at.key());
-      changed_ = handler_.handleEntity(ec_, pmap, at.member(), path.with(at.key().charPtr())) || changed_;
+      changed_ = handler_->handleEntity(ec_, pmap, at.member(), path.with(at.key().charPtr())) || changed_;
     }
   }
 
@@ -152,7 +152,7 @@ private:
   Vyx::Ptr<Config> const& dest_;
   Vyx::Ptr<Config const> const& src_;
   Vyx::String8 path_;
-  PolicyMapCopyHandler handler_; // Works on the destination's actions. Nobody else ever holds it.
+  Vyx::Ptr<PolicyMapCopyHandler> handler_; // Lives for this run; works on the destination's actions.
   bool changed_ = false;
 };
 

@@ -23,9 +23,10 @@ protected:
   bool changed = false;
 };
 
-TEST_F(CopyAllocationTest, OntoAnEqualTreeTakesNothing) {
+// Each run makes one handler for its policy maps.
+TEST_F(CopyAllocationTest, OntoAnEqualTreeTakesTheHandlerAlone) {
   EXPECT_LT(100U, taken());
-  EXPECT_EQ(0U, taken());
+  EXPECT_EQ(1U, taken());
   EXPECT_FALSE(changed);
 }
 
