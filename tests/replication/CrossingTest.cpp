@@ -283,6 +283,18 @@ TEST_F(CrossingTest, OfTwoReferencesThatCrossBothHaveOne) {
   EXPECT_EQ(second, map->currentSubConfig());
 }
 
+TEST_F(CrossingTest, AReferenceToWhatIsGoneIsNotTaken) {
+  auto const map = config->pmapTypeIs("Pbr", PolicyMap::mapPbr)->pmapIs("map");
+  map->subconfigIs(id(1));
+  quiesce();
+  auto const copy = clientsConfig()->pmapType()->pmap("map");
+  deafen();
+  map->subconfigDel(id(1));
+  copy->currentSubConfigIs(copy->subconfig(id(1)));
+  expectEqual();
+  EXPECT_FALSE(copy->currentSubConfig());
+}
+
 TEST_F(CrossingTest, OfTwoValuesOfAMemberThatCrossBothHaveOne) {
   deafen();
   serversAction(1)->nexthopIs(address(9), false);
@@ -391,6 +403,18 @@ TEST_F(CrossingTest, ASingleChildThatIsMadeThereWhileItIsRemovedHereIsThere) {
   clientsConfig()->pbrActionsIs("Pbr");
   expectEqual();
   EXPECT_TRUE(config->pbrActions());
+}
+
+// The server has no room to announce what it has made.
+TEST_F(CrossingTest, AChildThatTheServerHasYetToAnnounceStays) {
+  walks(server, *serversActions());
+  serversMessages = 0;
+  auto const own = serversActions()->fwdActionIs("server", id(20), Pbr::nexthopAction);
+  clientsActions()->fwdActionIs("client", id(20), Pbr::nexthopAction);
+  turns(20);
+  EXPECT_EQ(own, serversAction(20));
+  expectEqual();
+  EXPECT_EQ("server", clientsAction(20)->className());
 }
 
 // Ids that this side gave say nothing of those that the other one will give.

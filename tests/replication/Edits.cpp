@@ -72,19 +72,6 @@ void Edits::one() {
   }
 }
 
-void Edits::oneOfConfig() {
-  switch (random_.below(5)) {
-  case 0:
-    return editConfig();
-  case 1:
-    return editActions();
-  case 2:
-    return editClassMaps();
-  default:
-    return editPolicyMaps();
-  }
-}
-
 void Edits::editConfig() {
   auto& config = *trees_.config;
   switch (random_.below(24)) {

@@ -29,8 +29,6 @@ public:
 
   // One change, of any kind. It may be one that changes nothing.
   void one();
-  // One of the configuration alone.
-  void oneOfConfig();
   // Takes away references to what was deleted. Such an entity has no place any more by which a reader could
   // know it again.
   void dropDangling();
