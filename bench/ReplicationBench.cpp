@@ -6,7 +6,10 @@
 // reactor.
 
 #include "Followers.h"
+#include "OvsdbRoads.h"
+#include "PlainTree.h"
 #include "Processor.h"
+#include "RedisRoads.h"
 #include "TreeRoads.h"
 #include "TwoProcesses.h"
 
@@ -28,7 +31,6 @@
 #include <string>
 #include <sys/socket.h>
 #include <unistd.h>
-#include <unordered_map>
 #include <vector>
 
 namespace Bench {
@@ -104,32 +106,6 @@ private:
   std::array<char, kChangeBytes> bytes_{};
 };
 
-struct PlainEntity;
-
-// Told of each change.
-class PlainReactor {
-public:
-  virtual ~PlainReactor() = default;
-  virtual void onValue(PlainEntity const& entity) = 0;
-};
-
-struct PlainEntity {
-  void valueIs(unsigned attribute, std::uint64_t value) {
-    if (values[attribute] == value) return;
-    values[attribute] = value;
-    if (reactor) reactor->onValue(*this);
-  }
-
-  std::array<std::uint64_t, kAttributes> values{};
-  PlainReactor* reactor = nullptr;
-};
-
-class CountingReactor final : public PlainReactor {
-public:
-  void onValue(PlainEntity const&) override { ++heard; }
-  std::size_t heard = 0;
-};
-
 // Messages of protobuf, each behind its length, applied.
 class ProtobufRoad : public SocketRoad {
 public:
@@ -137,11 +113,9 @@ public:
     for (std::size_t i = 0; i < changes; ++i) writeOne(i % kEntities, 0, i + 1);
     flush();
   }
-  void openReader() override {
-    for (std::size_t i = 0; i < kEntities; ++i) add(i);
-  }
+  void openReader() override { tree_.fill(); }
   void read(std::size_t changes) override {
-    readAll(changes, [this](std::uint64_t entity) { return tree_.find(entity)->second.get(); });
+    readAll(changes, [this](std::uint64_t entity) { return tree_.find(entity); });
   }
 
 protected:
@@ -161,23 +135,19 @@ protected:
     used_ = 0;
   }
 
-  PlainEntity* add(std::uint64_t id) {
-    auto& entity = tree_[id];
-    entity = std::make_unique<PlainEntity>();
-    entity->reactor = &reactor_;
-    return entity.get();
-  }
   template <class EntityOf> void readAll(std::size_t changes, EntityOf entityOf) {
     std::vector<unsigned char> in(2 * kChunk);
     std::size_t there = 0;
-    while (reactor_.heard < changes) {
+    while (tree_.heard() < changes) {
       there += receive(readerEnd(), in.data() + there, in.size() - there);
       std::size_t const used = readSome(in.data(), there, entityOf);
       std::memmove(in.data(), in.data() + used, there - used);
       there -= used;
     }
-    require(there == 0 && reactor_.heard == changes, "more has come than was sent");
+    require(there == 0 && tree_.heard() == changes, "more has come than was sent");
   }
+
+  PlainTree tree_;
 
 private:
   // RETURNS how many bytes the whole messages took.
@@ -201,8 +171,6 @@ private:
   bench_pb::Change change_;
   std::vector<unsigned char> out_ = std::vector<unsigned char>(kChunk);
   std::size_t used_ = 0;
-  std::unordered_map<std::uint64_t, std::unique_ptr<PlainEntity>> tree_;
-  CountingReactor reactor_;
 };
 
 // The same, to a reader that makes each entity when it first hears of it.
@@ -218,7 +186,7 @@ public:
     std::uint64_t last = ~0ULL;
     PlainEntity* entity = nullptr;
     readAll(changes, [&](std::uint64_t id) {
-      if (id != last) entity = add(last = id);
+      if (id != last) entity = tree_.add(last = id);
       return entity;
     });
   }
@@ -285,6 +253,7 @@ public:
 };
 
 constexpr int kMany = 1000000;
+constexpr int kSome = 200000; // Of those who take long; times are told for one.
 constexpr int kRoundTrips = 10000;
 
 #define ROAD(name, Kind, items) BENCHMARK(goes<Kind>)->Name(name)->Arg(items)->UseManualTime()->Iterations(1)
@@ -292,9 +261,13 @@ ROAD("changes/attribute log", ChangesRoad, kMany);
 ROAD("changes/raw bytes", RawRoad, kMany);
 ROAD("changes/ZeroMQ, not applied", ZeroMqRoad, kMany);
 ROAD("changes/protobuf, applied", ProtobufRoad, kMany);
+ROAD("changes/Redis stream, applied", RedisStreamRoad, kSome);
+ROAD("changes/OVSDB monitor, applied", OvsdbChangesRoad, kSome);
 ROAD("whole tree/attribute log", WholeTreeRoad, kMany);
 ROAD("equal tree/attribute log", EqualTreeRoad, kMany);
 ROAD("whole tree/protobuf, applied", ProtobufTreeRoad, kMany);
+ROAD("whole tree/Redis replica", RedisReplicaRoad, kMany);
+ROAD("whole tree/OVSDB monitor", OvsdbMonitorRoad, OvsdbMonitorRoad::kRows);
 ROAD("there and back, sleeping/attribute log", SleepingPing, kRoundTrips);
 ROAD("there and back, polling/attribute log", PollingPing, kRoundTrips);
 ROAD("there and back, sleeping/raw bytes", SleepingRawPing, kRoundTrips);

@@ -3,8 +3,7 @@
 // Invariants:
 // (1) Every attribute that is a part of the entity's state is watched. Which there are is read in its type's
 //     record.
-// (2) There is a watcher below for each child, and for each entity referred to that no other entity could
-// own.
+// (2) There is a watcher below for each child, and for each entity referred to that no other one could own.
 
 #pragma once
 
