@@ -8,6 +8,7 @@
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <sys/wait.h>
+#include <system_error>
 
 namespace attributelog {
 namespace {
@@ -140,6 +141,7 @@ TEST_F(ListenerTest, TooManyOpenFilesMakeAPauseAndLoseNobody) {
   // The first call through a type makes the sanitizer open files to look at the object; there are none left
   // later.
   listener->readable();
+  static_cast<void>(std::generic_category().message(EMFILE));
   auto const mine = connectWithin(UnixAddress{path}, kLimit);
   rlimit saved{};
   ::getrlimit(RLIMIT_NOFILE, &saved);
