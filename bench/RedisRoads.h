@@ -24,9 +24,9 @@ public:
       // service.
       : process_("/usr/bin/redis-check-rdb",
                  {"redis-server", "--port", std::to_string(port), "--bind", "127.0.0.1", "--unixsocket",
-                  socket(), "--save", "", "--appendonly", "no", "--enable-debug-command", "local",
-                  "--repl-diskless-sync", "yes", "--repl-diskless-sync-delay", "0", "--repl-diskless-load",
-                  "swapdb"}) {}
+                  socket(), "--dir", folder_.path(), "--save", "", "--appendonly", "no",
+                  "--enable-debug-command", "local", "--repl-diskless-sync", "yes",
+                  "--repl-diskless-sync-delay", "0"}) {}
 
   std::string socket() const { return folder_ / "redis"; }
 

@@ -16,6 +16,7 @@ public:
   ~ScratchFolder() { std::filesystem::remove_all(path_); }
   ScratchFolder(ScratchFolder const&) = delete;
   ScratchFolder& operator=(ScratchFolder const&) = delete;
+  std::string path() const { return path_; }
   std::string operator/(std::string const& name) const { return path_ / name; }
 
 private:
