@@ -15,6 +15,7 @@
 #include <string>
 #include <sys/un.h>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace Bench {
@@ -59,13 +60,7 @@ public:
   JsonStream(JsonStream const&) = delete;
   JsonStream& operator=(JsonStream const&) = delete;
 
-  void send(std::string const& text) {
-    for (std::size_t at = 0; at < text.size();) {
-      auto const count = ::send(socket_, text.data() + at, text.size() - at, MSG_NOSIGNAL);
-      require(count > 0, "send");
-      at += static_cast<std::size_t>(count);
-    }
-  }
+  void send(std::string const& text) { sendAll(socket_, text.data(), text.size()); }
   // The next message that isn't the server asking whether this one is still there. Good until the next call.
   rapidjson::Document& next() {
     for (;;) {
@@ -82,39 +77,34 @@ private:
   // One object, told by its braces.
   void nextText() {
     text_.clear();
-    for (unsigned depth = 0;;) {
-      if (at_ == there_) fill();
-      std::size_t const from = at_;
-      while (at_ < there_) {
-        char const c = room_[at_++];
-        if (isWithin_ ? c == '\\' : false) {
-          isEscaped_ = !isEscaped_;
-          continue;
-        }
-        if (c == '"' && !isEscaped_) isWithin_ = !isWithin_;
-        isEscaped_ = false;
-        if (isWithin_ || (c != '{' && c != '}')) continue;
-        depth += c == '{' ? 1U : ~0U;
-        if (depth != 0) continue;
-        text_.append(room_.data() + from, at_ - from);
-        return;
+    for (bool isWhole = false; !isWhole;) {
+      if (at_ == there_) {
+        at_ = 0;
+        there_ = receive(socket_, room_.data(), room_.size());
       }
+      std::size_t const from = at_;
+      while (at_ < there_ && !endsWith(room_[at_])) ++at_;
+      isWhole = at_ < there_;
+      if (isWhole) ++at_;
       text_.append(room_.data() + from, at_ - from);
     }
   }
-  void fill() {
-    auto const count = ::recv(socket_, room_.data(), room_.size(), 0);
-    require(count > 0, "recv");
-    at_ = 0;
-    there_ = static_cast<std::size_t>(count);
+  // Whether that character is the last one of an object.
+  bool endsWith(char c) {
+    bool const isEscaped = std::exchange(isEscaping_, isWithin_ && c == '\\' && !isEscaping_);
+    if (c == '"' && !isEscaped) isWithin_ = !isWithin_;
+    if (isWithin_ || (c != '{' && c != '}')) return false;
+    depth_ += c == '{' ? 1 : -1;
+    return depth_ == 0;
   }
 
   int socket_ = -1;
   std::vector<char> room_ = std::vector<char>(256 * 1024);
   std::size_t at_ = 0;
   std::size_t there_ = 0;
-  bool isWithin_ = false; // A string.
-  bool isEscaped_ = false;
+  int depth_ = 0;
+  bool isWithin_ = false;   // A string.
+  bool isEscaping_ = false; // The character before says so.
   std::string text_;
   rapidjson::Document message_;
 };
@@ -195,7 +185,7 @@ private:
 // Rows of three numbers to a client that makes an entity for each.
 class OvsdbMonitorRoad final : public OvsdbRoad {
 public:
-  explicit OvsdbMonitorRoad(std::size_t rows = kRows) { insert(rows); }
+  OvsdbMonitorRoad() { insert(kRows); }
 
   void write(std::size_t) override {}
   void read(std::size_t rows) override {

@@ -107,12 +107,12 @@ private:
   PlainTree tree_;
 };
 
-// So many keys with values of 32 bytes to an empty replica.
+// Keys with values of 32 bytes to an empty replica.
 class RedisReplicaRoad final : public Road {
 public:
   void openWriter() override {
     RedisClient client(master_.socket());
-    client.append("DEBUG POPULATE %d key 32", 1000000);
+    client.append("DEBUG POPULATE %d key 32", kKeys);
     client.reply();
   }
   void write(std::size_t) override {}
@@ -126,6 +126,8 @@ public:
       return isUp && static_cast<std::size_t>(client.ask("DBSIZE")->integer) == keys;
     });
   }
+
+  static constexpr int kKeys = 1000000;
 
 private:
   unsigned const port_ = freePort();

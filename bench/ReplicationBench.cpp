@@ -25,7 +25,6 @@
 #include <array>
 #include <chrono>
 #include <cstring>
-#include <filesystem>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -62,13 +61,6 @@ public:
 // Messages of as many bytes, and nothing done with them.
 class ZeroMqRoad final : public Road {
 public:
-  ZeroMqRoad() {
-    static unsigned made = 0;
-    auto const name = "vyxbench" + std::to_string(::getpid()) + "." + std::to_string(made++);
-    path_ = std::filesystem::temp_directory_path() / name;
-  }
-  ~ZeroMqRoad() override { std::filesystem::remove(path_); }
-
   // A first message goes over, so that both are connected when the clock starts.
   void openReader() override {
     openSocket(ZMQ_PULL);
@@ -88,7 +80,7 @@ public:
   }
 
 private:
-  std::string address() const { return "ipc://" + path_.string(); }
+  std::string address() const { return "ipc://" + (folder_ / "socket"); }
   void openSocket(int kind) {
     context_ = zmq_ctx_new();
     socket_ = zmq_socket(context_, kind);
@@ -100,7 +92,7 @@ private:
     require(count == static_cast<int>(bytes_.size()), "zmq_recv");
   }
 
-  std::filesystem::path path_;
+  ScratchFolder folder_;
   void* context_ = nullptr;
   void* socket_ = nullptr;
   std::array<char, kChangeBytes> bytes_{};
@@ -266,7 +258,7 @@ ROAD("changes/OVSDB monitor, applied", OvsdbChangesRoad, kSome);
 ROAD("whole tree/attribute log", WholeTreeRoad, kMany);
 ROAD("equal tree/attribute log", EqualTreeRoad, kMany);
 ROAD("whole tree/protobuf, applied", ProtobufTreeRoad, kMany);
-ROAD("whole tree/Redis replica", RedisReplicaRoad, kMany);
+ROAD("whole tree/Redis replica", RedisReplicaRoad, RedisReplicaRoad::kKeys);
 ROAD("whole tree/OVSDB monitor", OvsdbMonitorRoad, OvsdbMonitorRoad::kRows);
 ROAD("there and back, sleeping/attribute log", SleepingPing, kRoundTrips);
 ROAD("there and back, polling/attribute log", PollingPing, kRoundTrips);

@@ -16,6 +16,23 @@ inline void require(bool holds, char const* what) {
   if (!holds) throw std::runtime_error(what);
 }
 
+// All of it.
+inline void sendAll(int end, void const* bytes, std::size_t size) {
+  for (auto const* at = static_cast<char const*>(bytes); size > 0;) {
+    auto const count = ::send(end, at, size, MSG_NOSIGNAL);
+    require(count > 0, "send");
+    at += count;
+    size -= static_cast<std::size_t>(count);
+  }
+}
+
+// RETURNS how much has come, which is at least one byte.
+inline std::size_t receive(int end, void* room, std::size_t size) {
+  auto const count = ::recv(end, room, size, 0);
+  require(count > 0, "recv");
+  return static_cast<std::size_t>(count);
+}
+
 // What is measured: made in one process, then used in two.
 class Road {
 public:
@@ -37,20 +54,6 @@ public:
 protected:
   int writerEnd() const { return ends_[0]; }
   int readerEnd() const { return ends_[1]; }
-
-  static void sendAll(int end, void const* bytes, std::size_t size) {
-    for (auto const* at = static_cast<char const*>(bytes); size > 0;) {
-      auto const count = ::send(end, at, size, MSG_NOSIGNAL);
-      require(count > 0, "send");
-      at += count;
-      size -= static_cast<std::size_t>(count);
-    }
-  }
-  static std::size_t receive(int end, void* room, std::size_t size) {
-    auto const count = ::recv(end, room, size, 0);
-    require(count > 0, "recv");
-    return static_cast<std::size_t>(count);
-  }
 
 private:
   int ends_[2];

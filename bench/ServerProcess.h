@@ -2,9 +2,12 @@
 
 #pragma once
 
+#include <chrono>
 #include <filesystem>
+#include <stdexcept>
 #include <string>
 #include <sys/types.h>
+#include <thread>
 #include <vector>
 
 namespace Bench {
@@ -42,18 +45,12 @@ private:
 unsigned freePort();
 
 // Until the condition holds, for half a minute at most. THROWS: std::runtime_error after that.
-template <class Condition> void waitUntil(Condition const& condition);
-
-} // namespace Bench
-
-#include <chrono>
-#include <stdexcept>
-#include <thread>
-
-template <class Condition> void Bench::waitUntil(Condition const& condition) {
+template <class Condition> void waitUntil(Condition const& condition) {
   auto const limit = std::chrono::steady_clock::now() + std::chrono::seconds(30);
   while (!condition()) {
     if (std::chrono::steady_clock::now() > limit) throw std::runtime_error("a server doesn't answer");
     std::this_thread::sleep_for(std::chrono::milliseconds(2));
   }
 }
+
+} // namespace Bench

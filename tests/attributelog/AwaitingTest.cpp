@@ -37,64 +37,51 @@ private:
 
 class AwaitingLoopTest : public testing::Test {
 protected:
+  // How the source was asked for what it has.
+  std::vector<std::string> const& askedIn(Loop& of, Duration limit = Duration::max()) {
+    of.sourceIs(source);
+    of.turn(limit);
+    return source->asked;
+  }
+
   Loop loop{Loop::Waking::never};
   Vyx::Ptr<Ready> source = Vyx::ptrFromNew(new Ready);
 };
 
-TEST_F(AwaitingLoopTest, OnlySourceIsAwaitedInItsRead) {
-  loop.sourceIs(source);
-  loop.turn(Duration::max());
-  EXPECT_THAT(source->asked, ElementsAre("receive"));
-}
+TEST_F(AwaitingLoopTest, OnlySourceIsAwaitedInItsRead) { EXPECT_THAT(askedIn(loop), ElementsAre("receive")); }
 
 TEST_F(AwaitingLoopTest, SourceThatCantWaitIsPolled) {
   source->canReceive = false;
-  loop.sourceIs(source);
-  loop.turn(Duration::max());
-  EXPECT_THAT(source->asked, ElementsAre("receive", "readable"));
+  EXPECT_THAT(askedIn(loop), ElementsAre("receive", "readable"));
 }
 
-TEST_F(AwaitingLoopTest, TurnWithALimitPolls) {
-  loop.sourceIs(source);
-  loop.turn(kLimit);
-  EXPECT_THAT(source->asked, ElementsAre("readable"));
-}
+TEST_F(AwaitingLoopTest, TurnWithALimitPolls) { EXPECT_THAT(askedIn(loop, kLimit), ElementsAre("readable")); }
 
 TEST_F(AwaitingLoopTest, TurnWithATimerPolls) {
-  loop.sourceIs(source);
   loop.timerIn(kLimit, [] {});
-  loop.turn(Duration::max());
-  EXPECT_THAT(source->asked, ElementsAre("readable"));
+  EXPECT_THAT(askedIn(loop), ElementsAre("readable"));
 }
 
 TEST_F(AwaitingLoopTest, SourceWithADeadlineIsPolled) {
   source->deadline = Clock::now() + kLimit;
-  loop.sourceIs(source);
-  loop.turn(Duration::max());
-  EXPECT_THAT(source->asked, ElementsAre("readable"));
+  EXPECT_THAT(askedIn(loop), ElementsAre("readable"));
 }
 
 TEST_F(AwaitingLoopTest, SourceThatHasSomethingToWriteIsPolled) {
   source->wantsWriting = true;
-  loop.sourceIs(source);
-  loop.turn(Duration::max());
-  EXPECT_THAT(source->asked, ElementsAre("readable"));
+  EXPECT_THAT(askedIn(loop), ElementsAre("readable"));
 }
 
 TEST_F(AwaitingLoopTest, OneOfTwoSourcesIsPolled) {
   auto const other = Vyx::ptrFromNew(new Ready);
-  loop.sourceIs(source);
   loop.sourceIs(other);
-  loop.turn(Duration::max());
-  EXPECT_THAT(source->asked, ElementsAre("readable"));
+  EXPECT_THAT(askedIn(loop), ElementsAre("readable"));
   EXPECT_THAT(other->asked, ElementsAre("readable"));
 }
 
 TEST_F(AwaitingLoopTest, LoopThatMayBeWokenPolls) {
   Loop other;
-  other.sourceIs(source);
-  other.turn(Duration::max());
-  EXPECT_THAT(source->asked, ElementsAre("readable"));
+  EXPECT_THAT(askedIn(other), ElementsAre("readable"));
 }
 
 TEST_F(AwaitingLoopTest, TimersOfALoopThatNobodyWakesRun) {

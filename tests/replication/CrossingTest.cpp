@@ -34,6 +34,11 @@ protected:
   Ptr<Pbr::PbrFwdAction> serversAction(unsigned i) const { return serversActions()->fwdAction(id(i)); }
   Ptr<Pbr::PbrFwdAction> clientsAction(unsigned i) const { return clientsActions()->fwdAction(id(i)); }
 
+  // The first one is removed and made anew.
+  static void replace(Ptr<Pbr::PbrActionContainer> const& in, char const* className) {
+    in->fwdActionDel(id(1));
+    in->fwdActionIs(className, id(1), Pbr::nexthopAction);
+  }
   // From now on the changes of that entity go out as walks, or at once again.
   static void walks(Process const& side, Vyx::Entity& entity, bool inWalks = true) {
     auto const adapter = entity.vyxNboAttrLogSa(Ptr<Out const>(side.peer->link()->out()));
@@ -353,8 +358,7 @@ TEST_F(CrossingTest, WhatWasHeardIsToldOnce) {
 TEST_F(CrossingTest, ARemovalIsAboutTheChildBeforeTheNewOne) {
   deafen();
   serversActions()->fwdActionDel(id(1));
-  clientsActions()->fwdActionDel(id(1));
-  clientsActions()->fwdActionIs("new", id(1), Pbr::nexthopAction);
+  replace(clientsActions(), "new");
   expectEqual();
   ASSERT_TRUE(serversAction(1));
   EXPECT_EQ("new", serversAction(1)->className());
@@ -362,10 +366,8 @@ TEST_F(CrossingTest, ARemovalIsAboutTheChildBeforeTheNewOne) {
 
 TEST_F(CrossingTest, AChildThatBothReplaceIsThatOfTheServer) {
   deafen();
-  serversActions()->fwdActionDel(id(1));
-  serversActions()->fwdActionIs("server", id(1), Pbr::nexthopAction);
-  clientsActions()->fwdActionDel(id(1));
-  clientsActions()->fwdActionIs("client", id(1), Pbr::nexthopAction);
+  replace(serversActions(), "server");
+  replace(clientsActions(), "client");
   expectEqual();
   ASSERT_TRUE(clientsAction(1));
   EXPECT_EQ("server", clientsAction(1)->className());
